@@ -7,12 +7,12 @@
 #include <QCoreApplication>
 #include <QTest>
 
-#define MAPLORN_TEST_MAIN(TestClass)                                                              \
-    int main(int argc, char **argv)                                                               \
-    {                                                                                             \
-        const TestEnvironment environment;                                                        \
-        QCoreApplication::setApplicationName(QStringLiteral("maplorn-disc"));                     \
-        const QCoreApplication application(argc, argv);                                           \
-        TestClass test;                                                                           \
-        return QTest::qExec(&test, argc, argv);                                                   \
+#define MAPLORN_TEST_MAIN(TestClass)                                                               \
+    int main(int argc, char **argv)                                                                \
+    {                                                                                              \
+        const TestEnvironment environment;                                                         \
+        QCoreApplication::setApplicationName(QStringLiteral("maplorn-disc"));                      \
+        const QCoreApplication application(argc, argv);                                            \
+        TestClass test;                                                                            \
+        return QTest::qExec(&test, argc, argv);                                                    \
     }

@@ -17,7 +17,8 @@ using Advance = std::function<Result<>(qint64 bytes)>;
 
 // A run of bytes that lie together on the disc. What lies between two extents, and after the last
 // one up to the end of the track, is zero.
-struct Extent {
+struct Extent
+{
     qint64 start = 0;  // byte position in the track
     qint64 length = 0; // bytes
     QByteArray bytes;  // the content, where path is empty

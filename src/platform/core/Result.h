@@ -8,7 +8,8 @@
 #include <variant>
 
 // The failing half of a Result: `return Failure{text};`.
-struct Failure {
+struct Failure
+{
     QString text;
 };
 
@@ -16,8 +17,14 @@ template <typename T = std::monostate>
 class [[nodiscard]] Result
 {
 public:
-    Result(T value) : m_state(std::move(value)) {}
-    Result(Failure failure) : m_state(std::move(failure)) {}
+    Result(T value)
+        : m_state(std::move(value))
+    {
+    }
+    Result(Failure failure)
+        : m_state(std::move(failure))
+    {
+    }
 
     explicit operator bool() const { return std::holds_alternative<T>(m_state); }
 

@@ -1,0 +1,58 @@
+#include "DRJob.h"
+
+#include "DRKeys.h"
+#include "JobThread.h"
+#include "RecordingService.h"
+#include "RunningJobs.h"
+
+#include <exception>
+
+QString DRJob::errorText() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_errorText;
+}
+
+Result<> DRJob::runGuarded(const Run &run, JobReport &report) const
+{
+    try {
+        if (!m_device.isValid())
+            return Failure{QStringLiteral("The recorder is not attached any more.")};
+        report.setState(DRStatusStatePreparing);
+        if (Result<> running = report.checkStopped(); !running)
+            return running;
+        return run(*m_device.recorder(), report);
+    } catch (const std::exception &exception) {
+        return Failure{QString::fromLocal8Bit(exception.what())};
+    }
+}
+
+void DRJob::start(const std::shared_ptr<DRJob> &job, const QVariant &object,
+                  const QString &notification, const Run &run)
+{
+    DRNotificationCenter &center = DRNotificationCenter::currentRunLoop();
+    const auto send = [&center, object, notification](const QVariantMap &status) {
+        center.postNotification({notification, object, status});
+    };
+    if (job->m_device.isNull()) {
+        job->m_errorText = QStringLiteral("There is no recorder.");
+        JobReport(send, {}).finish(DRStatusStateFailed);
+        return;
+    }
+    const int number = RunningJobs::instance().add([job] { job->abort(); });
+    job->m_stop = job->m_device.recorder()->jobs().post([=](const std::stop_token &stop) {
+        JobReport report(send, stop);
+        const Result<> result = job->runGuarded(run, report);
+        if (!result) {
+            const std::lock_guard lock(job->m_mutex);
+            job->m_errorText = result.error();
+        }
+        if (!result)
+            qCWarning(recordingLog) << job->m_device.displayName() << "failed:" << result.error();
+        report.finish(result ? DRStatusStateDone : DRStatusStateFailed);
+        // Behind the last notification, so that who waits for the end has seen it.
+        QMetaObject::invokeMethod(
+            &RunningJobs::instance(), [number] { RunningJobs::instance().remove(number); },
+            Qt::QueuedConnection);
+    });
+}

@@ -1,0 +1,44 @@
+#include "JobThread.h"
+
+JobThread::JobThread()
+    : m_thread([this](const std::stop_token &stop) { run(stop); })
+{
+}
+
+void JobThread::shutDown()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        for (Entry &entry : m_entries)
+            entry.stop.request_stop();
+    }
+    m_thread.request_stop();
+    if (m_thread.joinable())
+        m_thread.join();
+}
+
+std::stop_source JobThread::post(Job job)
+{
+    const std::stop_source stop;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_entries.push_back({std::move(job), stop});
+    }
+    m_changed.notify_one();
+    return stop;
+}
+
+void JobThread::run(const std::stop_token &threadStop)
+{
+    std::unique_lock lock(m_mutex);
+    for (;;) {
+        m_changed.wait(lock, threadStop, [this] { return !m_entries.empty(); });
+        if (m_entries.empty())
+            return;
+        const Entry entry = m_entries.front();
+        lock.unlock();
+        entry.job(entry.stop.get_token());
+        lock.lock();
+        m_entries.pop_front();
+    }
+}

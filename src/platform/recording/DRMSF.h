@@ -18,7 +18,7 @@ public:
     // "mm:ss:ff", each at least two digits; minutes go beyond 99.
     [[nodiscard]] QString description() const;
 
-    auto operator<=>(const DRMSF &) const = default;
+    auto operator<=>(const DRMSF &) const = default; // NOLINT(modernize-use-nullptr): sees a 0
 
 private:
     qint64 m_blocks = 0;

@@ -30,3 +30,13 @@ function(maplorn_program name)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE maplorn_options ${ARG_LIBS})
 endfunction()
+
+# maplorn_resources(NAME FOLDER …): every file of resources/FOLDER, as :/FOLDER/… in each program
+# that the library is linked into.
+function(maplorn_resources name)
+    foreach(folder IN LISTS ARGN)
+        file(GLOB files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/${folder}/*)
+        qt_add_resources(${name} ${folder}
+            PREFIX /${folder} BASE ${PROJECT_SOURCE_DIR}/resources/${folder} FILES ${files})
+    endforeach()
+endfunction()

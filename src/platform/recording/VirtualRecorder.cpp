@@ -4,11 +4,9 @@
 #include "DiscLayout.h"
 #include "MediaTypes.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 
 #include <algorithm>
 #include <cerrno>
@@ -18,10 +16,6 @@
 
 namespace {
 
-const QString mediumName = QStringLiteral("medium");
-const QString contentName = QStringLiteral("disc.iso");
-const QString unfinishedName = QStringLiteral("disc.iso.part");
-const QString ejectedName = QStringLiteral("ejected");
 const QString lockName = QStringLiteral("/lock");
 
 // Of the burn's percentage, where verifying begins.
@@ -76,10 +70,11 @@ class VirtualRecorder::Job
 public:
     explicit Job(VirtualRecorder &recorder)
         : m_recorder(recorder)
-        , m_granted(recorder.acquireExclusiveAccess())
     {
+        const std::lock_guard guard(recorder.m_changeMutex);
+        m_granted = recorder.acquireExclusiveAccess();
         if (m_granted)
-            m_recorder.m_jobRuns = true;
+            recorder.m_jobRuns = true;
     }
     ~Job()
     {
@@ -97,7 +92,7 @@ public:
     {
         if (!m_granted)
             return Failure{QStringLiteral("The recorder is in use by another program.")};
-        const std::optional<VirtualMedium> medium = VirtualMedium::load(m_recorder.mediumFolder());
+        const std::optional<VirtualMedium> medium = m_recorder.m_tray.medium();
         if (!medium)
             return Failure{QStringLiteral("There is no medium in the recorder.")};
         return *medium;
@@ -105,7 +100,7 @@ public:
 
 private:
     VirtualRecorder &m_recorder;
-    bool m_granted;
+    bool m_granted = false;
 };
 
 Result<std::shared_ptr<VirtualRecorder>> VirtualRecorder::create(const QString &folder)
@@ -128,14 +123,9 @@ QString VirtualRecorder::defaultFolder()
 }
 
 VirtualRecorder::VirtualRecorder(const QString &folder)
-    : m_folder(folder)
+    : m_tray(folder)
     , m_lock(folder + lockName)
 {
-}
-
-QString VirtualRecorder::mediumFolder() const
-{
-    return m_folder + QLatin1Char('/') + mediumName;
 }
 
 QString VirtualRecorder::displayName() const
@@ -146,7 +136,7 @@ QString VirtualRecorder::displayName() const
 QVariantMap VirtualRecorder::info() const
 {
     return {{DRDeviceFirmwareRevisionKey, QStringLiteral(MAPLORN_VERSION)},
-            {DRDeviceIORegistryEntryPathKey, m_folder},
+            {DRDeviceIORegistryEntryPathKey, folder()},
             {DRDeviceLoadingMechanismCanEjectKey, true},
             {DRDeviceLoadingMechanismCanInjectKey, true},
             {DRDeviceLoadingMechanismCanOpenKey, true},
@@ -154,7 +144,7 @@ QVariantMap VirtualRecorder::info() const
             {DRDevicePhysicalInterconnectLocationKey,
              QString(DRDevicePhysicalInterconnectLocationInternal)},
             {DRDeviceProductNameKey, displayName()},
-            {DRDeviceProfilePathKey, m_folder},
+            {DRDeviceProfilePathKey, folder()},
             {DRDeviceSerialNumberKey, QStringLiteral("1")},
             {DRDeviceSupportLevelKey, QString(DRDeviceSupportLevelSupported)},
             {DRDeviceVendorNameKey, QStringLiteral("Maplorn")},
@@ -164,7 +154,7 @@ QVariantMap VirtualRecorder::info() const
 
 QVariantMap VirtualRecorder::status() const
 {
-    const std::optional<VirtualMedium> medium = VirtualMedium::load(mediumFolder());
+    const std::optional<VirtualMedium> medium = m_tray.medium();
     double fastest = 0;
     for (const MediaType &type : MediaTypes::all())
         if (!medium || medium->type == type.type)
@@ -183,12 +173,12 @@ QVariantMap VirtualRecorder::status() const
 
 bool VirtualRecorder::isBusy() const
 {
-    return m_jobRuns || RecorderLock::isHeldElsewhere(m_folder + lockName);
+    return m_jobRuns || RecorderLock::isHeldElsewhere(folder() + lockName);
 }
 
 Result<> VirtualRecorder::checkMedium(const VirtualMedium &medium) const
 {
-    const std::optional<VirtualMedium> present = VirtualMedium::load(mediumFolder());
+    const std::optional<VirtualMedium> present = m_tray.medium();
     if (!present || present->identifier != medium.identifier)
         return Failure{QStringLiteral("The medium was taken out of the recorder.")};
     return Done{};
@@ -225,7 +215,7 @@ Result<> VirtualRecorder::burn(const BurnRequest &request, JobReport &report)
         return going;
     Result<> written = writeDisc(layout.value().tracks().first(), request, medium.value(), report);
     if (!written && checkMedium(medium.value()))
-        removeContent();
+        m_tray.removeContent();
     return written;
 }
 
@@ -238,7 +228,7 @@ Result<> VirtualRecorder::writeDisc(const TrackContent &track, const BurnRequest
     if (const Result<> marked = medium.store(mediumFolder()); !marked)
         return marked;
 
-    QFile file(mediumFolder() + QLatin1Char('/') + unfinishedName);
+    QFile file(m_tray.unfinishedPath());
     if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate | QIODevice::Unbuffered))
         return Failure{QStringLiteral("%1: %2").arg(file.fileName(), file.errorString())};
     if (const Result<> done = writeAndVerify(track, request, medium, file, report); !done)
@@ -247,7 +237,7 @@ Result<> VirtualRecorder::writeDisc(const TrackContent &track, const BurnRequest
     report.setState(DRStatusStateFinishing);
     if (const Result<> present = checkMedium(medium); !present)
         return present;
-    if (!file.rename(mediumFolder() + QLatin1Char('/') + contentName))
+    if (!file.rename(m_tray.contentPath()))
         return Failure{QStringLiteral("%1: %2").arg(file.fileName(), file.errorString())};
     medium.state = VirtualMedium::State::Complete;
     medium.appendable = request.appendable;
@@ -298,14 +288,14 @@ Result<> VirtualRecorder::erase(EraseType type, JobReport &report)
     report.setState(DRStatusStateFinishing);
     if (const Result<> present = checkMedium(medium); !present)
         return present;
-    removeContent();
+    m_tray.removeContent();
     medium.clear();
     return medium.store(mediumFolder());
 }
 
 Result<> VirtualRecorder::overwriteContent(const VirtualMedium &medium, JobReport &report)
 {
-    QFile file(mediumFolder() + QLatin1Char('/') + contentName);
+    QFile file(m_tray.contentPath());
     const qint64 size = file.size();
     report.beginPhase(DRStatusStateErasing, 0, 1, size, singleSpeedOf(medium));
     if (!file.exists())
@@ -328,55 +318,37 @@ Result<> VirtualRecorder::overwriteContent(const VirtualMedium &medium, JobRepor
     return Done{};
 }
 
-void VirtualRecorder::removeContent() const
+// Changes what lies in the tray while nobody else uses the recorder, and no job begins.
+Result<QString> VirtualRecorder::changeMedium(const std::function<Result<QString>()> &change)
 {
-    for (const QString &name : {contentName, unfinishedName})
-        QFile::remove(mediumFolder() + QLatin1Char('/') + name);
-}
-
-// Changes what lies in the tray while nobody else uses the recorder.
-Result<> VirtualRecorder::changeMedium(const std::function<Result<>()> &change)
-{
+    const std::lock_guard guard(m_changeMutex);
     if (m_jobRuns || isReserved())
         return Failure{QStringLiteral("A job is running on the recorder.")};
     if (!acquireExclusiveAccess())
         return Failure{QStringLiteral("The recorder is in use by another program.")};
-    const Result<> changed = change();
+    const Result<QString> changed = change();
     releaseExclusiveAccess();
     return changed;
 }
 
-// Takes the medium out. What was burned is kept; there is nothing to keep of any other.
-Result<> VirtualRecorder::shelve() const
+Result<QString> VirtualRecorder::takeOut()
 {
-    const std::optional<VirtualMedium> medium = VirtualMedium::load(mediumFolder());
-    if (!medium)
-        return Done{};
-    const MediaType *type = MediaTypes::find(medium->type);
-    if (type && medium->state != VirtualMedium::State::Complete) {
-        if (!QDir(mediumFolder()).removeRecursively())
-            return Failure{QStringLiteral("%1 cannot be removed.").arg(mediumFolder())};
-        return Done{};
-    }
-    QDir shelf(m_folder + QLatin1Char('/') + ejectedName);
-    const QString name =
-        QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd hh-mm-ss "))
-        + (type ? QString(type->name) : QStringLiteral("disc"));
-    QString free = name;
-    for (int i = 2; shelf.exists(free); ++i)
-        free = QStringLiteral("%1 (%2)").arg(name).arg(i);
-    if (!shelf.mkpath(QStringLiteral(".")) || !QDir().rename(mediumFolder(), shelf.filePath(free)))
-        return Failure{QStringLiteral("The medium cannot be moved to %1.").arg(shelf.path())};
-    return Done{};
+    return changeMedium([this]() -> Result<QString> {
+        if (!m_tray.medium())
+            return Failure{QStringLiteral("There is no medium in the recorder.")};
+        return m_tray.takeOut();
+    });
+}
+
+Result<QString> VirtualRecorder::insertBlank(const MediaType &type)
+{
+    return changeMedium([this, &type] { return m_tray.insertBlank(type); });
 }
 
 Result<> VirtualRecorder::eject()
 {
-    return changeMedium([this]() -> Result<> {
-        if (!QDir(mediumFolder()).exists())
-            return Failure{QStringLiteral("There is no medium in the recorder.")};
-        return shelve();
-    });
+    const Result<QString> place = takeOut();
+    return place ? Result<>(Done{}) : place.failure();
 }
 
 QStringList VirtualRecorder::insertableMedia() const
@@ -392,18 +364,6 @@ Result<> VirtualRecorder::insertBlankMedium(const QString &type)
     const MediaType *known = MediaTypes::find(type);
     if (!known)
         return Failure{QStringLiteral("%1 is no medium that can be written.").arg(type)};
-    return changeMedium([this, known]() -> Result<> {
-        // Made aside and moved in whole, so that nobody sees half a medium.
-        QTemporaryDir fresh(m_folder + QStringLiteral("/new-XXXXXX"));
-        if (!fresh.isValid())
-            return Failure{fresh.errorString()};
-        if (const Result<> stored = VirtualMedium::blank(*known).store(fresh.path()); !stored)
-            return stored;
-        if (const Result<> removed = shelve(); !removed)
-            return removed;
-        if (!QDir().rename(fresh.path(), mediumFolder()))
-            return Failure{QStringLiteral("The medium cannot be put into %1.").arg(m_folder)};
-        fresh.setAutoRemove(false);
-        return Done{};
-    });
+    const Result<QString> place = insertBlank(*known);
+    return place ? Result<>(Done{}) : place.failure();
 }

@@ -6,7 +6,7 @@
 #include "JobThread.h"
 #include "Recorder.h"
 #include "RecorderLock.h"
-#include "VirtualMedium.h"
+#include "VirtualTray.h"
 
 #include <memory>
 
@@ -22,8 +22,16 @@ public:
     // Where the virtual recorder of this user is kept.
     [[nodiscard]] static QString defaultFolder();
 
-    [[nodiscard]] QString folder() const { return m_folder; }
-    [[nodiscard]] QString mediumFolder() const;
+    [[nodiscard]] QString folder() const { return m_tray.folder(); }
+    [[nodiscard]] QString mediumFolder() const { return m_tray.mediumFolder(); }
+
+    // The medium in it; null where there is none.
+    [[nodiscard]] std::optional<VirtualMedium> medium() const { return m_tray.medium(); }
+
+    // What eject() and insertBlankMedium() do, telling where a written disc that was in the
+    // recorder is kept now; empty for any other.
+    [[nodiscard]] Result<QString> takeOut();
+    [[nodiscard]] Result<QString> insertBlank(const MediaType &type);
 
     [[nodiscard]] QString displayName() const override;
     [[nodiscard]] QVariantMap info() const override;
@@ -45,8 +53,7 @@ private:
     explicit VirtualRecorder(const QString &folder);
 
     [[nodiscard]] bool isBusy() const;
-    [[nodiscard]] Result<> changeMedium(const std::function<Result<>()> &change);
-    [[nodiscard]] Result<> shelve() const;
+    [[nodiscard]] Result<QString> changeMedium(const std::function<Result<QString>()> &change);
     [[nodiscard]] Result<> checkMedium(const VirtualMedium &medium) const;
     [[nodiscard]] Result<> writeDisc(const TrackContent &track, const BurnRequest &request,
                                      VirtualMedium medium, JobReport &report);
@@ -55,9 +62,9 @@ private:
                                           JobReport &report);
     [[nodiscard]] Advance step(JobReport &report, const VirtualMedium &medium, double limit);
     [[nodiscard]] Result<> overwriteContent(const VirtualMedium &medium, JobReport &report);
-    void removeContent() const;
 
-    QString m_folder;
+    VirtualTray m_tray;
+    std::mutex m_changeMutex; // held while the medium changes and while a job takes hold
     RecorderLock m_lock;
     std::atomic<bool> m_jobRuns = false;
     std::atomic<double> m_currentSpeed = 0; // KB per second

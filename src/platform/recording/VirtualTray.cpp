@@ -41,7 +41,9 @@ Result<QString> VirtualTray::takeOut() const
         return QString();
     const MediaType *type = MediaTypes::find(present->type);
     if (type && present->state != VirtualMedium::State::Complete) {
-        if (!QDir(mediumFolder()).removeRecursively())
+        // Moved away in whole and then removed, so that nobody sees half a medium.
+        const QTemporaryDir gone(m_folder + QStringLiteral("/old-XXXXXX"));
+        if (!QDir().rename(mediumFolder(), gone.filePath(QStringLiteral("medium"))))
             return Failure{QStringLiteral("%1 cannot be removed.").arg(mediumFolder())};
         return QString();
     }

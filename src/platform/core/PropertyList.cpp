@@ -15,6 +15,7 @@ using Node = std::unique_ptr<void, decltype(&plist_free)>;
 
 // Seconds from 1970-01-01 to 2001-01-01, from which property lists count their dates.
 constexpr qint64 secondsTo2001 = 978307200;
+constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
 constexpr int microsecondsPerSecond = 1000000;
 
 // A text that libplist allocated.
@@ -161,7 +162,9 @@ Result<QVariant> PropertyList::read(const QString &path)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return Failure{QStringLiteral("%1: %2").arg(path, file.errorString())};
-    const QByteArray bytes = file.readAll();
+    QByteArray bytes = file.readAll();
+    if (bytes.startsWith(byteOrderMark)) // libplist takes it for neither form
+        bytes.remove(0, byteOrderMark.size());
     plist_t raw = nullptr;
     if (bytes.size() <= std::numeric_limits<int>::max())
         plist_from_memory(bytes.constData(), static_cast<uint32_t>(bytes.size()), &raw);

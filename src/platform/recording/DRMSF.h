@@ -10,7 +10,10 @@
 class DRMSF
 {
 public:
-    DRMSF() = default;
+    DRMSF()
+        : DRMSF(0)
+    {
+    }
     explicit DRMSF(qint64 blocks);
 
     [[nodiscard]] qint64 blocks() const { return m_blocks; }
@@ -21,7 +24,7 @@ public:
     auto operator<=>(const DRMSF &) const = default; // NOLINT(modernize-use-nullptr): sees a 0
 
 private:
-    qint64 m_blocks = 0;
+    qint64 m_blocks;
 };
 
 Q_DECLARE_METATYPE(DRMSF)

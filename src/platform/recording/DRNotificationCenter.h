@@ -32,7 +32,8 @@ public:
     void addObserver(QObject *observer, const Handler &handler, const QString &name,
                      const QVariant &object = {});
 
-    // Ends what addObserver began; a null object stands for all objects. Main thread.
+    // Ends what addObserver began, at once, also while a notification is being delivered; a null
+    // object stands for all objects. Main thread.
     void removeObserver(QObject *observer, const QString &name, const QVariant &object = {});
 
     // Any thread.
@@ -45,6 +46,11 @@ private:
         QString name;
         QVariant object;
         Handler handler;
+
+        [[nodiscard]] bool isSameAs(const Observation &other) const
+        {
+            return observer == other.observer && name == other.name && object == other.object;
+        }
     };
 
     void deliver(const DRNotification &notification);

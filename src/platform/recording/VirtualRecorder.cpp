@@ -279,6 +279,10 @@ Result<> VirtualRecorder::erase(EraseType type, JobReport &report)
     medium.state = VirtualMedium::State::Incomplete;
     if (const Result<> marked = medium.store(mediumFolder()); !marked)
         return marked;
+    // What is being erased is no disc to be read. A burn that was cut off left its content there.
+    if (QFile::exists(m_tray.contentPath())
+        && !QFile::rename(m_tray.contentPath(), m_tray.unfinishedPath()))
+        return Failure{QStringLiteral("%1 cannot be renamed.").arg(m_tray.contentPath())};
     if (type == EraseType::Complete) {
         if (const Result<> done = overwriteContent(medium, report); !done)
             return done;
@@ -295,7 +299,7 @@ Result<> VirtualRecorder::erase(EraseType type, JobReport &report)
 
 Result<> VirtualRecorder::overwriteContent(const VirtualMedium &medium, JobReport &report)
 {
-    QFile file(m_tray.contentPath());
+    QFile file(m_tray.unfinishedPath());
     const qint64 size = file.size();
     report.beginPhase(DRStatusStateErasing, 0, 1, size, singleSpeedOf(medium));
     if (!file.exists())

@@ -10,7 +10,7 @@
 
 namespace {
 
-enum Column { NameColumn, SizeColumn };
+enum Column { nameColumn, sizeColumn };
 
 }
 
@@ -20,9 +20,9 @@ RepositoryPanel::RepositoryPanel(QWidget *parent)
 {
     m_ui->setupUi(this);
     setWindowModality(Qt::WindowModal);
-    m_ui->repositoryTable->horizontalHeader()->setSectionResizeMode(NameColumn,
+    m_ui->repositoryTable->horizontalHeader()->setSectionResizeMode(nameColumn,
                                                                     QHeaderView::Stretch);
-    m_ui->repositoryTable->horizontalHeader()->setSectionResizeMode(SizeColumn,
+    m_ui->repositoryTable->horizontalHeader()->setSectionResizeMode(sizeColumn,
                                                                     QHeaderView::ResizeToContents);
     connect(m_ui->foldersSegment, &QAbstractButton::clicked, this, &RepositoryPanel::changeAction);
     connect(m_ui->imagesSegment, &QAbstractButton::clicked, this, &RepositoryPanel::changeAction);
@@ -70,10 +70,10 @@ void RepositoryPanel::reload()
     table->clearSelection();
     table->setRowCount(numberOfRowsInTableView());
     for (int row = 0; row < table->rowCount(); ++row) {
-        table->setItem(row, NameColumn, new QTableWidgetItem(m_repositoryData.at(row)));
+        table->setItem(row, nameColumn, new QTableWidgetItem(m_repositoryData.at(row)));
         auto *size = new QTableWidgetItem(QStringLiteral("…"));
         size->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        table->setItem(row, SizeColumn, size);
+        table->setItem(row, sizeColumn, size);
     }
     measure();
 }
@@ -98,7 +98,7 @@ void RepositoryPanel::measure()
 void RepositoryPanel::showSizes(const QList<qint64> &sizes)
 {
     for (int row = 0; row < numberOfRowsInTableView(); ++row)
-        m_ui->repositoryTable->item(row, SizeColumn)
+        m_ui->repositoryTable->item(row, sizeColumn)
             ->setText(MiscTool::convertBytes(sizes.at(row)));
 }
 

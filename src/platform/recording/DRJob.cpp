@@ -41,7 +41,7 @@ void DRJob::start(const std::shared_ptr<DRJob> &job, const QVariant &object,
     }
     const RunningJobs::Mark mark = RunningJobs::instance().add([job] { job->abort(); });
     job->m_stop = job->m_device.recorder()->jobs().post([=](const std::stop_token &stop) {
-        const RunningJobs::Mark running = mark;
+        Q_UNUSED(mark) // held until the job is done
         JobReport report(send, stop);
         const Result<> result = job->runGuarded(run, report);
         if (!result) {

@@ -11,13 +11,15 @@
 
 #include <functional>
 
-// Called as a track is written or compared, with the bytes done since the last call. A failure
+// Called as a track is written or compared, with the bytes done since the last call: at most
+// 256 KiB at a time, and the track's whole length in the end, gaps and holes included. A failure
 // (cancelled, medium gone) ends the operation, which returns it.
 using Advance = std::function<Result<>(qint64 bytes)>;
 
 // A run of bytes that lie together on the disc. What lies between two extents, and after the last
 // one up to the end of the track, is zero.
-struct Extent {
+struct Extent
+{
     qint64 start = 0;  // byte position in the track
     qint64 length = 0; // bytes
     QByteArray bytes;  // the content, where path is empty

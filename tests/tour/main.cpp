@@ -21,6 +21,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 #include <QTextStream>
 #include <QTimer>
@@ -96,9 +97,19 @@ private:
     {
         QTest::qWait(50);
         const QString path = QStringLiteral("%1/%2.png").arg(m_shots, name);
-        QWidget *top = chooser() ? static_cast<QWidget *>(chooser()) : &m_window;
-        require(top->grab().save(path), QStringLiteral("%1 cannot be written").arg(path));
+        require(picture().save(path), QStringLiteral("%1 cannot be written").arg(path));
         say(QStringLiteral("  screenshot %1").arg(path));
+    }
+
+    // What a person sees at the window's place, sheets included, where the platform tells; else the
+    // window alone.
+    QPixmap picture()
+    {
+        if (QGuiApplication::platformName() != QLatin1StringView("xcb"))
+            return m_window.grab();
+        const QRect place = m_window.frameGeometry();
+        return m_window.screen()->grabWindow(0, place.x(), place.y(), place.width(),
+                                             place.height());
     }
 
     void openModule(const QString &name)

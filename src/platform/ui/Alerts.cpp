@@ -31,6 +31,8 @@ void fill(QMessageBox &box, const QString &message, const QString &informativeTe
     box.setInformativeText(informativeText);
     box.setStandardButtons(buttons);
     box.setDefaultButton(QMessageBox::Ok);
+    // Short texts would make a box too narrow for its second line.
+    box.setStyleSheet(QStringLiteral("#qt_msgbox_informativelabel { min-width: 20em }"));
 }
 
 constexpr auto okAndCancel = QMessageBox::Ok | QMessageBox::Cancel;

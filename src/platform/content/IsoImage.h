@@ -13,6 +13,6 @@ namespace IsoImage {
 // the file system's fields shortened and replaced as that field demands. Fails, naming the file,
 // when a file or folder cannot be read, and when stopped. Symbolic links are kept as links.
 [[nodiscard]] Result<TrackContent> fromFolder(const QString &folder, const QString &volumeName,
-                                              std::stop_token stop = {});
+                                              const std::stop_token &stop = {});
 
 }

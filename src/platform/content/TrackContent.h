@@ -11,7 +11,8 @@
 
 #include <functional>
 
-// Called as a track is written or compared, with the bytes done since the last call. A failure
+// Called as a track is written or compared, with the bytes done since the last call: at most
+// 256 KiB at a time, and the track's whole length in the end, gaps and holes included. A failure
 // (cancelled, medium gone) ends the operation, which returns it.
 using Advance = std::function<Result<>(qint64 bytes)>;
 

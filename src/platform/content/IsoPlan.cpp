@@ -1,0 +1,161 @@
+#include "IsoPlan.h"
+
+#include "TrackContent.h"
+
+#define LIBISOFS_WITHOUT_LIBBURN
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <libisofs/libisofs.h>
+#include <memory>
+#include <mutex>
+
+namespace {
+
+template <auto function>
+struct Release
+{
+    template <typename T>
+    void operator()(T *object) const
+    {
+        function(object);
+    }
+};
+
+void endSource(burn_source *source)
+{
+    source->cancel(source);
+    source->free_data(source);
+    std::free(source); // NOLINT: allocated by a C library
+}
+
+using Image = std::unique_ptr<IsoImage, Release<iso_image_unref>>;
+using Options = std::unique_ptr<IsoWriteOpts, Release<iso_write_opts_free>>;
+using Source = std::unique_ptr<burn_source, Release<endSource>>;
+
+// libisofs has one message queue and one set of settings in the process.
+std::timed_mutex libraryMutex;
+
+// libisofs at work, for who holds the mutex.
+class Library
+{
+public:
+    Library()
+    {
+        std::array never = std::to_array("NEVER");
+        std::array none = std::to_array("");
+        std::array charset = std::to_array("UTF-8");
+        iso_init_with_flag(1); // the locale is the application's affair
+        iso_set_msgs_severities(m_loss.data(), never.data(), none.data());
+        iso_set_local_charset(charset.data(), 0);
+    }
+    ~Library() { iso_finish(); }
+    Library(const Library &) = delete;
+    Library &operator=(const Library &) = delete;
+    Library(Library &&) = delete;
+    Library &operator=(Library &&) = delete;
+
+    // The message of a failed call; where it succeeded, the first one that tells of a loss.
+    [[nodiscard]] Result<> check(int result)
+    {
+        std::array<char, ISO_MSGS_MESSAGE_LEN> text = {};
+        std::array<char, 80> severity = {}; // as long as the manual demands
+        QString first;
+        int code = 0;
+        int image = 0;
+        while (iso_obtain_msgs(m_loss.data(), &code, &image, text.data(), severity.data()) > 0) {
+            if (first.isEmpty())
+                first = QString::fromUtf8(text.data());
+        }
+        if (first.isEmpty() && result < 0)
+            first = QString::fromUtf8(iso_error_to_msg(result));
+        return first.isEmpty() ? Result<>(Done{}) : Failure{first};
+    }
+
+private:
+    std::array<char, 6> m_loss = std::to_array("SORRY");
+};
+
+// ISO 9660 with Rock Ridge and Joliet.
+Options makeOptions()
+{
+    IsoWriteOpts *options = nullptr;
+    if (iso_write_opts_new(&options, 0) < 0)
+        return nullptr;
+    iso_write_opts_set_iso_level(options, 3); // files of 4 GiB and more
+    iso_write_opts_set_rockridge(options, 1);
+    iso_write_opts_set_joliet(options, 1);
+    iso_write_opts_set_joliet_long_names(options, 1);
+    iso_write_opts_set_joliet_utf16(options, 1); // names beyond UCS-2, as their readers take them
+    iso_write_opts_set_joliet_longer_paths(options, 1);
+    iso_write_opts_set_allow_deep_paths(options, 1);
+    iso_write_opts_set_allow_longer_paths(options, 1);
+    iso_write_opts_set_output_charset(options, "UTF-8");
+    // Systems read ahead into the run-out blocks of a track written at once, which cannot be read,
+    // and give up what comes before: 150 blocks of zeros keep the files away from them.
+    iso_write_opts_set_tail_blocks(options, 150);
+    return Options(options);
+}
+
+Result<QByteArray> readMetadata(burn_source *source, qint64 length)
+{
+    QByteArray metadata(length, Qt::Uninitialized);
+    constexpr qint64 piece = 1'048'576; // bytes
+    for (qint64 done = 0; done < length;) {
+        const auto wanted = static_cast<int>(std::min(piece, length - done));
+        auto *to = reinterpret_cast<unsigned char *>(metadata.data() + done);
+        if (source->read_xt(source, to, wanted) != wanted)
+            return Failure{QStringLiteral("The image's folders could not be made")};
+        done += wanted;
+    }
+    return metadata;
+}
+
+Result<IsoPlan> planOf(Library &library, IsoImage *image)
+{
+    const Options options = makeOptions();
+    burn_source *started = nullptr;
+    const int result = iso_image_create_burn_source(image, options.get(), &started);
+    const Source source(started);
+    if (const Result<> made = library.check(result); !made)
+        return made.failure();
+    uint32_t dataStart = 0;
+    iso_write_opts_get_data_start(options.get(), &dataStart, 0);
+    Result<QByteArray> metadata =
+        readMetadata(source.get(), qint64(dataStart) * TrackContent::blockSize);
+    if (const Result<> quiet = library.check(0); !quiet)
+        return quiet.failure();
+    if (!metadata)
+        return metadata.failure();
+    return IsoPlan{
+        std::move(metadata.value()), source->get_size(source.get()) / TrackContent::blockSize, {}};
+}
+
+}
+
+Result<IsoPlan> IsoPlan::fromFolder(const QByteArray &folder, const QString &volumeName,
+                                    const std::stop_token &stop)
+{
+    std::unique_lock lock(libraryMutex, std::defer_lock);
+    while (!lock.try_lock_for(std::chrono::milliseconds(50))) {
+        if (stop.stop_requested())
+            return Failure{qt_error_string(ECANCELED)};
+    }
+    Library library;
+    // Composed, since libisofs cuts the name to its fields' lengths without regard to accents.
+    const QByteArray name = volumeName.normalized(QString::NormalizationForm_C).toUtf8();
+    IsoImage *created = nullptr;
+    const int result = iso_image_new(name.constData(), &created);
+    if (const Result<> made = library.check(result); !made)
+        return made.failure();
+    const Image image(created);
+    FolderScan scan(stop);
+    if (const Result<> scanned = scan.run(folder, iso_image_get_root(image.get())); !scanned)
+        return scanned.failure();
+    Result<IsoPlan> plan = planOf(library, image.get());
+    if (plan)
+        plan.value().files = scan.files();
+    return plan;
+}

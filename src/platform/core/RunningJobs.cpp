@@ -6,10 +6,15 @@ RunningJobs &RunningJobs::instance()
     return jobs;
 }
 
-int RunningJobs::add(std::function<void()> abort)
+RunningJobs::Mark RunningJobs::add(const std::function<void()> &abort)
 {
-    m_jobs.emplace(++m_last, std::move(abort));
-    return m_last;
+    const int job = ++m_last;
+    m_jobs.emplace(job, abort);
+    // Queued: what the job posted before its end is delivered before it counts as ended.
+    return {this, [job](RunningJobs *jobs) {
+                QMetaObject::invokeMethod(
+                    jobs, [jobs, job] { jobs->remove(job); }, Qt::QueuedConnection);
+            }};
 }
 
 void RunningJobs::remove(int job)
@@ -20,8 +25,6 @@ void RunningJobs::remove(int job)
 
 void RunningJobs::abortAll()
 {
-    // Over a copy: aborting may end a job at once.
-    const auto jobs = m_jobs;
-    for (const auto &[number, abort] : jobs)
+    for (const auto &[number, abort] : m_jobs)
         abort();
 }

@@ -7,19 +7,20 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 
 class RunningJobs : public QObject
 {
     Q_OBJECT
 
 public:
+    // A job counts as running until the last copy of its mark is gone, on whatever thread.
+    using Mark = std::shared_ptr<void>;
+
     [[nodiscard]] static RunningJobs &instance();
 
-    // Registers a job with the way to abort it, which returns at once. The result is for remove().
-    int add(std::function<void()> abort);
-
-    // The job has ended, well or not.
-    void remove(int job);
+    // Registers a job with the way to abort it, which returns at once.
+    [[nodiscard]] Mark add(const std::function<void()> &abort);
 
     [[nodiscard]] bool isEmpty() const { return m_jobs.empty(); }
     void abortAll();
@@ -28,6 +29,8 @@ Q_SIGNALS:
     void emptied();
 
 private:
+    void remove(int job);
+
     std::map<int, std::function<void()>> m_jobs;
     int m_last = 0;
 };

@@ -161,3 +161,15 @@ bool DRDevice::ejectMedia() const
         qCWarning(recordingLog) << displayName() << "did not eject:" << ejected.error();
     return static_cast<bool>(ejected);
 }
+
+QStringList DRDevice::insertableMedia() const
+{
+    return m_recorder ? m_recorder->insertableMedia() : QStringList();
+}
+
+Result<> DRDevice::insertBlankMedium(const QString &type) const
+{
+    if (!isValid())
+        return Failure{QStringLiteral("The recorder is not attached any more.")};
+    return m_recorder->insertBlankMedium(type);
+}

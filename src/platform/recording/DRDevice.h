@@ -3,8 +3,9 @@
 #pragma once
 
 #include "DRMSF.h"
+#include "Result.h"
 
-#include <QList>
+#include <QStringList>
 #include <QVariantMap>
 
 #include <memory>
@@ -62,6 +63,10 @@ public:
 
     // False, with the reason in the log, while a job runs and where there is nothing to eject.
     bool ejectMedia() const;
+
+    // Types of blank media that can be inserted by command; empty for a real tray.
+    [[nodiscard]] QStringList insertableMedia() const;
+    [[nodiscard]] Result<> insertBlankMedium(const QString &type) const;
 
     [[nodiscard]] const std::shared_ptr<Recorder> &recorder() const { return m_recorder; }
 

@@ -39,20 +39,16 @@ void DRJob::start(const std::shared_ptr<DRJob> &job, const QVariant &object,
         JobReport(send, {}).finish(DRStatusStateFailed);
         return;
     }
-    const int number = RunningJobs::instance().add([job] { job->abort(); });
+    const RunningJobs::Mark mark = RunningJobs::instance().add([job] { job->abort(); });
     job->m_stop = job->m_device.recorder()->jobs().post([=](const std::stop_token &stop) {
+        Q_UNUSED(mark) // held until the job is done
         JobReport report(send, stop);
         const Result<> result = job->runGuarded(run, report);
         if (!result) {
             const std::lock_guard lock(job->m_mutex);
             job->m_errorText = result.error();
-        }
-        if (!result)
             qCWarning(recordingLog) << job->m_device.displayName() << "failed:" << result.error();
+        }
         report.finish(result ? DRStatusStateDone : DRStatusStateFailed);
-        // Behind the last notification, so that who waits for the end has seen it.
-        QMetaObject::invokeMethod(
-            &RunningJobs::instance(), [number] { RunningJobs::instance().remove(number); },
-            Qt::QueuedConnection);
     });
 }

@@ -1,0 +1,386 @@
+#include "BurnDataViewController.h"
+
+#include "Alerts.h"
+#include "Background.h"
+#include "BurnSpeeds.h"
+#include "Checks.h"
+#include "DRKeys.h"
+#include "DRNotificationCenter.h"
+#include "FileTools.h"
+#include "FormatTools.h"
+#include "Localized.h"
+#include "MediaTools.h"
+#include "RepositoryPanel.h"
+#include "Session.h"
+#include "ui_BurnData.h"
+
+#include <QDir>
+#include <QFileDialog>
+
+namespace {
+
+QString text(const char *key)
+{
+    return localized("BurnData", key);
+}
+
+// The widgets of the form exist before the members that use them.
+std::unique_ptr<Ui::BurnData> madeForm(QWidget *page)
+{
+    auto form = std::make_unique<Ui::BurnData>();
+    form->setupUi(page);
+    return form;
+}
+
+// A field whose background is given, with text that can be read on it.
+void setBackground(QWidget *field, const QColor &background)
+{
+    QPalette palette = field->palette();
+    palette.setColor(QPalette::Base, background);
+    palette.setColor(QPalette::Text, background.lightnessF() > 0.4F ? Qt::black : Qt::white);
+    field->setPalette(palette);
+}
+
+}
+
+BurnDataViewController *BurnDataViewController::getViewController()
+{
+    return new BurnDataViewController;
+}
+
+BurnDataViewController::BurnDataViewController()
+    : m_ui(madeForm(this))
+    , m_devices(m_ui->devicesPopUp)
+    , m_progress(m_ui->progressBox, m_ui->progressIndicator, m_ui->progressLabel)
+{
+    connectControls();
+}
+
+BurnDataViewController::~BurnDataViewController()
+{
+    m_measuring.request_stop();
+}
+
+void BurnDataViewController::connectControls()
+{
+    using Self = BurnDataViewController;
+    const auto onClick = [this](QAbstractButton *button, void (Self::*action)()) {
+        connect(button, &QAbstractButton::clicked, this, action);
+    };
+    onClick(m_ui->mediaTypeButton, &Self::refreshAction);
+    onClick(m_ui->sourceButton, &Self::selectAction);
+    onClick(m_ui->burnButton, &Self::burnAction);
+    onClick(m_ui->stopButton, &Self::stopAction);
+    onClick(m_ui->clearButton, &Self::clearAction);
+    onClick(m_ui->openButton, &Self::openAction);
+    onClick(m_ui->saveButton, &Self::saveAction);
+    connect(m_ui->sourceTypePopUp, &QComboBox::activated, this, &Self::sourceTypeAction);
+    connect(m_ui->speedPopUp, &QComboBox::activated, this, &Self::burnSpeedAction);
+    connect(m_ui->devicesPopUp, &QComboBox::activated, this, &Self::showMedium);
+}
+
+void BurnDataViewController::viewDidLoad()
+{
+    setBackground(m_ui->sourceField, Qt::white);
+    refreshAction();
+    m_devices.observe();
+}
+
+// Another medium may have been put in while the page was away.
+void BurnDataViewController::viewWillAppear()
+{
+    if (!m_burning && medium() != m_shownMedium)
+        showMedium();
+}
+
+QVariantMap BurnDataViewController::medium() const
+{
+    return selectedDevice().status().value(DRDeviceMediaInfoKey).toMap();
+}
+
+void BurnDataViewController::loadDevices()
+{
+    m_devices.loadDevices();
+}
+
+void BurnDataViewController::refreshAction()
+{
+    loadDevices();
+    showMedium();
+}
+
+void BurnDataViewController::showMedium()
+{
+    const DRDevice device = selectedDevice();
+    m_shownMedium = medium();
+    m_ui->mediaTypeButton->setIcon(MiscTool::getMediaImage(device));
+    m_ui->mediaTypeButton->setAccessibleDescription(MiscTool::mediaImageName(device.mediaType()));
+    BurnSpeeds::refresh(m_ui->speedPopUp, m_ui->speedLabel, device);
+    m_ui->discSizeLabel->setText(MiscTool::convertBytes(MiscTool::getDiscSize(device)));
+    m_ui->appendableCheckBox->setVisible(device.mediaIsAppendable());
+}
+
+bool BurnDataViewController::isFolderChosen() const
+{
+    return m_ui->sourceTypePopUp->currentText() == text("Folder");
+}
+
+bool BurnDataViewController::isImageChosen() const
+{
+    return m_ui->sourceTypePopUp->currentText() == text("Image");
+}
+
+void BurnDataViewController::sourceTypeAction()
+{
+    if (isFolderChosen())
+        m_ui->sourceTipLabel->setText(text("Please selec a folder to burn"));
+    else if (isImageChosen())
+        m_ui->sourceTipLabel->setText(text("Please selec a image file(.iso or .dmg) to burn"));
+    m_ui->sourceField->clear();
+}
+
+void BurnDataViewController::selectAction()
+{
+    const DRDevice device = selectedDevice();
+    const bool passed = runChecks({
+        {[&] { return !device.isValid(); }, localized("NoDevice"),
+         text("Please connect a burning device.")},
+        {[&] { return !device.mediaIsPresent(); }, text("The media is not present."),
+         text("Please wait or re-insert the media")},
+        {[&] { return !device.mediaIsBlank(); }, text("The media is not blank."),
+         text("Please insert blank media.")},
+    });
+    if (!passed)
+        return;
+    const QString present = m_ui->sourceField->text();
+    auto *chooser =
+        new QFileDialog(window(), text("Select"),
+                        present.isEmpty() ? QDir::homePath() : QFileInfo(present).absolutePath());
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    if (isFolderChosen()) {
+        chooser->setFileMode(QFileDialog::Directory);
+        chooser->setOption(QFileDialog::ShowDirsOnly);
+    } else {
+        chooser->setFileMode(QFileDialog::ExistingFile);
+        chooser->setNameFilter(text("Disc images") + QStringLiteral(" (*.dmg *.iso)"));
+    }
+    connect(chooser, &QFileDialog::fileSelected, this, &BurnDataViewController::setSource);
+    chooser->open();
+}
+
+void BurnDataViewController::setSource(const QString &path)
+{
+    m_ui->sourceField->setText(path);
+    m_ui->sourceField->setToolTip(path);
+    measureSource();
+}
+
+// A burn must not pass the capacity check with the level of an earlier source, so it waits.
+void BurnDataViewController::measureSource()
+{
+    const auto setControls = [this](bool enabled) {
+        for (QWidget *control : std::initializer_list<QWidget *>{
+                 m_ui->sourceButton, m_ui->sourceTypePopUp, m_ui->burnButton, m_ui->clearButton})
+            control->setEnabled(enabled);
+    };
+    setControls(false);
+    m_ui->fileSizeLabel->setText(text("Measuring…"));
+    const auto work = [path = m_ui->sourceField->text(), folder = isFolderChosen(),
+                       image = isImageChosen()](const std::stop_token &stop) {
+        return folder  ? MiscTool::getFolderSize(path, stop)
+               : image ? MiscTool::getFileSize(path)
+                       : qint64(0);
+    };
+    m_measuring = inBackground(this, work, [this, setControls](qint64 size) {
+        setControls(true);
+        showSourceSize(size);
+    });
+}
+
+void BurnDataViewController::showSourceSize(qint64 size)
+{
+    m_ui->fileSizeLabel->setText(MiscTool::convertBytes(size));
+    const auto discSize = static_cast<quint64>(MiscTool::getDiscSize(selectedDevice()));
+    m_ui->levelIndicator->setValue(discSize > 0 ? static_cast<quint64>(size) * 100 / discSize : 0);
+}
+
+void BurnDataViewController::burnSpeedAction()
+{
+    BurnSpeeds::showUnit(m_ui->speedPopUp, m_ui->speedLabel);
+}
+
+bool BurnDataViewController::verify() const
+{
+    const DRDevice device = selectedDevice();
+    return runChecks({
+        {[&] { return !device.isValid(); }, localized("NoDevice"),
+         text("Please connect a burning device.")},
+        {[&] { return !device.writesCD() && !device.writesDVD(); },
+         text("The device has no capability of write."),
+         text("Please change a device that have capability of write.")},
+        {[&] { return !device.mediaIsPresent(); }, text("The media is not present."),
+         text("Please insert blank media.")},
+        {[&] { return !device.mediaIsBlank(); }, text("The media is not blank."),
+         text("Please insert blank media.")},
+        {[&] { return m_ui->sourceField->text().isEmpty(); }, text("Source cannot be null"),
+         text("Please select file or folder")},
+        {[&] { return m_ui->levelIndicator->value() > m_ui->levelIndicator->maximum(); },
+         text("Source size is more than disc capacity"),
+         text("Please select the smaller source or change disc with more capacity")},
+    });
+}
+
+void BurnDataViewController::burnAction()
+{
+    if (verify())
+        Alerts::confirmOnWindow(this, text("Are you sure to burn?"),
+                                text("Burn the data on the disc"), [this] { runBurn(); });
+}
+
+void BurnDataViewController::runBurn()
+{
+    setAllStatus(false);
+    m_burn = DRBurn::initWithDevice(selectedDevice());
+    if (const float speed = BurnSpeeds::chosen(m_ui->speedPopUp); speed > 0)
+        m_burn.setRequestedBurnSpeed(speed);
+    m_burn.setAppendable(m_ui->appendableCheckBox->isChecked());
+    m_burn.setVerifyDisc(m_ui->verifyCheckBox->isChecked());
+    selectedDevice().acquireExclusiveAccess();
+    selectedDevice().acquireMediaReservation();
+    DRNotificationCenter::currentRunLoop().addObserver(
+        this, [this](const DRNotification &notification) { burnStatus(notification); },
+        DRBurnStatusChangedNotification, QVariant::fromValue(m_burn));
+    m_burning = true;
+    const QString path = m_ui->sourceField->text();
+    if (isFolderChosen())
+        m_burn.writeLayout(DRTrack::trackForRootFolder(DRFolder::folderWithPath(path)));
+    else if (isImageChosen())
+        m_burn.writeLayout(DRBurn::layoutForImageFile(path));
+}
+
+// The end of an aborted burn may come when another one runs already: it gives back what it held
+// and changes nothing else.
+void BurnDataViewController::burnStatus(const DRNotification &notification)
+{
+    const auto burn = notification.object.value<DRBurn>();
+    const QString state = notification.userInfo.value(DRStatusStateKey).toString();
+    const bool ended = state == DRStatusStateDone || state == DRStatusStateFailed;
+    if (burn == m_burn) {
+        if (ended)
+            burnEnded(state);
+        else
+            m_progress.show(notification.userInfo);
+    }
+    if (ended) {
+        burn.device().releaseMediaReservation();
+        burn.device().releaseExclusiveAccess();
+    }
+}
+
+void BurnDataViewController::burnEnded(const QString &state)
+{
+    m_burning = false;
+    if (state == DRStatusStateFailed)
+        m_progress.showFailed(m_burn.errorText());
+    setAllStatus(true);
+}
+
+void BurnDataViewController::setAllStatus(bool enabled)
+{
+    for (QWidget *control : std::initializer_list<QWidget *>{
+             m_ui->devicesPopUp, m_ui->mediaTypeButton, m_ui->sourceTypePopUp, m_ui->sourceField,
+             m_ui->sourceButton, m_ui->speedPopUp, m_ui->verifyCheckBox, m_ui->appendableCheckBox,
+             m_ui->burnButton, m_ui->clearButton})
+        control->setEnabled(enabled);
+    setBackground(m_ui->sourceField, enabled ? QColor(Qt::white)
+                                             : palette().color(QPalette::Disabled, QPalette::Text));
+    for (QWidget *control :
+         std::initializer_list<QWidget *>{m_ui->stopButton, m_ui->openButton, m_ui->saveButton})
+        control->setEnabled(!enabled);
+    Session::setWorking(!enabled);
+}
+
+void BurnDataViewController::stopAction()
+{
+    Alerts::confirmOnWindow(this, text("Are you sure to abort the burning?"),
+                            text("The abort will leave the data incomplete on the disc"), [this] {
+                                m_burn.abort();
+                                setAllStatus(true);
+                            });
+}
+
+void BurnDataViewController::clearAction()
+{
+    Alerts::confirmOnWindow(this, text("Are you sure to clear?"),
+                            text("Clear the burning information"), [this] { runClear(); });
+}
+
+void BurnDataViewController::runClear()
+{
+    m_ui->sourceField->clear();
+    m_ui->sourceField->setToolTip({});
+    m_ui->fileSizeLabel->clear();
+    m_ui->levelIndicator->setValue(0);
+    m_progress.reset(text("Done"));
+    m_ui->clearButton->setEnabled(false);
+}
+
+void BurnDataViewController::saveAction()
+{
+    if (m_saving)
+        return;
+    const QString source = m_ui->sourceField->text();
+    if (source.isEmpty()) {
+        MiscTool::showAlert(text("Source cannot be null."), text("Please select source first."));
+        return;
+    }
+    if (!isFolderChosen() && !isImageChosen()) {
+        saved(Done{});
+        return;
+    }
+    const auto kind = isFolderChosen() ? DataRepository::Kind::Folder : DataRepository::Kind::Image;
+    m_saving = true;
+    m_ui->saveButton->setText(text("Saving…"));
+    runJobInBackground(
+        this,
+        [kind, source](const std::stop_token &stop) -> std::optional<Result<>> {
+            const Result<> result = DataRepository::save(kind, source, stop);
+            return stop.stop_requested() ? std::nullopt : std::optional(result);
+        },
+        [this](const std::optional<Result<>> &result) { saved(result); });
+}
+
+void BurnDataViewController::saved(const std::optional<Result<>> &result)
+{
+    m_saving = false;
+    m_ui->saveButton->setText(text("Save"));
+    if (!result)
+        return;
+    if (!*result)
+        qWarning("The source was not saved: %s", qPrintable(result->error()));
+    MiscTool::showAlert(text("Saved to repository."), text("Saved to repository successfully."));
+}
+
+void BurnDataViewController::openAction()
+{
+    auto *panel = new RepositoryPanel(window());
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    connect(panel, &RepositoryPanel::deleting, this,
+            &BurnDataViewController::repositoryDeleteAction);
+    connect(panel, &RepositoryPanel::selected, this,
+            &BurnDataViewController::repositorySelectAction);
+    panel->changeAction();
+    panel->open();
+}
+
+void BurnDataViewController::repositoryDeleteAction(DataRepository::Kind kind)
+{
+    m_ui->sourceTypePopUp->setCurrentIndex(kind == DataRepository::Kind::Image ? 1 : 0);
+}
+
+void BurnDataViewController::repositorySelectAction(DataRepository::Kind kind, const QString &path)
+{
+    m_ui->sourceTypePopUp->setCurrentIndex(kind == DataRepository::Kind::Image ? 1 : 0);
+    m_ui->sourceField->setText(path);
+    m_ui->sourceField->setToolTip(path);
+}

@@ -1,0 +1,31 @@
+// How full something is, as a bar. It keeps any value, however far above the maximum, and paints
+// no more than full, in another colour when it is too much. Main thread.
+#pragma once
+
+#include <QWidget>
+
+class LevelIndicator : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(quint64 value READ value WRITE setValue)
+    Q_PROPERTY(quint64 maximum READ maximum WRITE setMaximum)
+
+public:
+    explicit LevelIndicator(QWidget *parent = nullptr);
+
+    [[nodiscard]] quint64 value() const { return m_value; }
+    void setValue(quint64 value);
+
+    [[nodiscard]] quint64 maximum() const { return m_maximum; }
+    void setMaximum(quint64 maximum);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    quint64 m_value = 0;
+    quint64 m_maximum = 100;
+};

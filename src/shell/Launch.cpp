@@ -1,0 +1,38 @@
+#include "Launch.h"
+
+#include "Alerts.h"
+#include "RecordingService.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QLocale>
+
+ApplicationSetup::ApplicationSetup(QCoreApplication &application)
+{
+    QCoreApplication::setApplicationName(QStringLiteral("maplorn-disc"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(MAPLORN_VERSION));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Maplorn Disc"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("maplorn-disc"));
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/maplorn-disc.svg")));
+    Alerts::fixButtonOrder();
+
+    // English first: it holds the texts whose keys are no English, for languages that lack them.
+    for (const QLocale &locale : {QLocale(QLocale::English), QLocale::system()}) {
+        auto translator = std::make_unique<QTranslator>();
+        if (!translator->load(locale, QStringLiteral("maplorn-disc"), QStringLiteral("_"),
+                              QStringLiteral(":/i18n")))
+            continue;
+        QCoreApplication::installTranslator(translator.get());
+        m_translators.push_back(std::move(translator));
+    }
+    Q_UNUSED(application)
+}
+
+std::unique_ptr<VirtualRecorderWatch> attachVirtualRecorder(RecordingService &service)
+{
+    const auto recorder = VirtualRecorder::create(VirtualRecorder::defaultFolder());
+    if (recorder)
+        return std::make_unique<VirtualRecorderWatch>(service, recorder.value());
+    qCWarning(recordingLog) << "no virtual recorder:" << recorder.error();
+    return nullptr;
+}

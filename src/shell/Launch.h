@@ -1,0 +1,27 @@
+// What the program and its tour do alike before they show the window. Main thread.
+#pragma once
+
+#include "VirtualRecorderWatch.h"
+
+#include <QTranslator>
+
+#include <memory>
+#include <vector>
+
+class QCoreApplication;
+class RecordingService;
+
+// Names, style, icon and texts of the application; lives as long as it.
+class ApplicationSetup
+{
+public:
+    explicit ApplicationSetup(QCoreApplication &application);
+
+private:
+    std::vector<std::unique_ptr<QTranslator>> m_translators;
+};
+
+// Attaches the virtual recorder of this user; null, with the reason in the log, where its folder
+// cannot be made.
+[[nodiscard]] std::unique_ptr<VirtualRecorderWatch>
+attachVirtualRecorder(RecordingService &service);

@@ -1,0 +1,47 @@
+#include "RecordersMenu.h"
+
+#include "Localized.h"
+#include "MediaTypes.h"
+
+#include <QMenu>
+
+namespace {
+
+QString text(const char *key)
+{
+    return localized("ViewController", key);
+}
+
+void addRecorder(QMenu *menu, const DRDevice &device, const RecorderCommands &commands)
+{
+    const bool free = !device.mediaIsBusy() && !device.mediaIsReserved();
+    QObject::connect(menu->addAction(text("&Information…")), &QAction::triggered, menu,
+                     [commands, device] { commands.information(device); });
+    QAction *eject = menu->addAction(text("&Eject"));
+    eject->setEnabled(free && device.mediaIsPresent());
+    QObject::connect(eject, &QAction::triggered, menu,
+                     [commands, device] { commands.eject(device); });
+    const QStringList types = device.insertableMedia();
+    if (types.isEmpty())
+        return;
+    QMenu *insert = menu->addMenu(text("Insert &Blank Medium"));
+    insert->setEnabled(free);
+    for (const QString &type : types)
+        QObject::connect(insert->addAction(QString(MediaTypes::find(type)->name)),
+                         &QAction::triggered, menu,
+                         [commands, device, type] { commands.insert(device, type); });
+}
+
+}
+
+void fillRecordersMenu(QMenu *menu, const QList<DRDevice> &devices,
+                       const RecorderCommands &commands)
+{
+    menu->clear();
+    for (QMenu *old : menu->findChildren<QMenu *>(Qt::FindDirectChildrenOnly))
+        old->deleteLater();
+    for (const DRDevice &device : devices)
+        addRecorder(menu->addMenu(device.displayName()), device, commands);
+    if (devices.isEmpty())
+        menu->addAction(localized("NoDevice"))->setEnabled(false);
+}

@@ -1,0 +1,332 @@
+#include "ViewController.h"
+
+#include "Alerts.h"
+#include "ComingPage.h"
+#include "DRKeys.h"
+#include "DRNotificationCenter.h"
+#include "Localized.h"
+#include "Preferences.h"
+#include "RunningJobs.h"
+#include "ui_ViewController.h"
+
+#include <QCloseEvent>
+#include <QMenu>
+#include <QMessageBox>
+
+namespace {
+
+constexpr int listWidth = 222;
+constexpr QSize defaultSize(900, 620);
+const QString geometryKey = QStringLiteral("WindowGeometry");
+
+QString text(const char *key)
+{
+    return localized("ViewController", key);
+}
+
+// The picture as it is in a chosen row too, where the style would tint it.
+QIcon moduleIcon(const QString &imageName)
+{
+    const QString path = QStringLiteral(":/icons/%1.svg").arg(imageName);
+    QIcon icon(path);
+    icon.addFile(path, {}, QIcon::Selected);
+    return icon;
+}
+
+// The chosen row in a pale tone of the highlight, on which the coloured icons can be told apart.
+void paleHighlight(QWidget *list)
+{
+    constexpr double share = 0.28;
+    QPalette palette = list->palette();
+    const auto mix = [](float a, float b) {
+        return a * static_cast<float>(share) + b * static_cast<float>(1 - share);
+    };
+    const QColor strong = palette.color(QPalette::Highlight);
+    const QColor base = palette.color(QPalette::Base);
+    palette.setColor(QPalette::Highlight, QColor::fromRgbF(mix(strong.redF(), base.redF()),
+                                                           mix(strong.greenF(), base.greenF()),
+                                                           mix(strong.blueF(), base.blueF())));
+    palette.setColor(QPalette::HighlightedText, palette.color(QPalette::Text));
+    list->setPalette(palette);
+}
+
+}
+
+ViewController::ViewController()
+    : m_ui(std::make_unique<Ui::ViewController>())
+{
+    m_ui->setupUi(this);
+    m_ui->splitView->setStretchFactor(0, 0);
+    m_ui->splitView->setStretchFactor(1, 1);
+    paleHighlight(m_ui->outlineView);
+    restorePlace();
+    makeMenus();
+    connect(m_ui->outlineView, &QTreeWidget::itemClicked, this,
+            &ViewController::outlineViewClicked);
+    connect(m_ui->outlineView, &QTreeWidget::itemSelectionChanged, this,
+            &ViewController::keyboardMoved);
+    connect(&RunningJobs::instance(), &RunningJobs::emptied, this, [this] {
+        if (m_closing)
+            close();
+    });
+}
+
+ViewController::~ViewController()
+{
+    for (const QList<ModuleItem> &modules : std::as_const(m_modulesDict))
+        for (const ModuleItem &module : modules)
+            delete module.controller;
+}
+
+void ViewController::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (!event->spontaneous())
+        viewDidAppear();
+}
+
+void ViewController::viewDidAppear()
+{
+    reloadData();
+}
+
+void ViewController::reloadData()
+{
+    initModules();
+    postInits();
+    if (!m_initialSelected)
+        initialSelect();
+    else if (!m_currentViewController)
+        outlineViewClicked(); // its page was made anew
+}
+
+void ViewController::initModules()
+{
+    QList<ModuleItem> modules = Modules::make();
+    const QList<ModuleItem> old = m_modulesDict.value(text(Modules::groupKey));
+    for (qsizetype i = 0; i < old.size(); ++i) {
+        const bool keep = old.at(i).controller->hasRunningJob();
+        delete (keep ? modules.at(i).controller : old.at(i).controller);
+        if (keep)
+            modules[i].controller = old.at(i).controller;
+    }
+    m_modulesDict = {{text(Modules::groupKey), modules}};
+}
+
+void ViewController::postInits()
+{
+    m_ui->splitView->setSizes({listWidth, std::max(1, width() - listWidth)});
+    reloadList();
+    m_devices = DRDevice::devices();
+    DRNotificationCenter &center = DRNotificationCenter::currentRunLoop();
+    center.addObserver(
+        this, [this](const DRNotification &notification) { deviceAppeared(notification); },
+        DRDeviceAppearedNotification);
+    center.addObserver(
+        this, [this](const DRNotification &notification) { deviceDisappeared(notification); },
+        DRDeviceDisappearedNotification);
+}
+
+// Rows keep their places, so the selected one is selected again.
+void ViewController::reloadList()
+{
+    QTreeWidget *list = m_ui->outlineView;
+    const QSignalBlocker quiet(list);
+    const QList<QTreeWidgetItem *> selected = list->selectedItems();
+    const int row =
+        selected.isEmpty() ? -1 : selected.first()->parent()->indexOfChild(selected.first());
+    list->clear();
+    for (auto group = m_modulesDict.cbegin(); group != m_modulesDict.cend(); ++group) {
+        auto *title = new QTreeWidgetItem(list, {group.key()});
+        title->setFlags(Qt::ItemIsEnabled);
+        QFont font = title->font(0);
+        font.setBold(true);
+        title->setFont(0, font);
+        title->setForeground(0, palette().brush(QPalette::PlaceholderText));
+        for (const ModuleItem &module : group.value()) {
+            auto *item = new QTreeWidgetItem(title, {module.name});
+            item->setIcon(0, moduleIcon(module.imageName));
+        }
+    }
+    list->expandAll();
+    if (row >= 0)
+        list->setCurrentItem(list->topLevelItem(0)->child(row));
+}
+
+void ViewController::initialSelect()
+{
+    m_ui->outlineView->setCurrentItem(m_ui->outlineView->topLevelItem(0)->child(0));
+    showViewController(m_modulesDict.first().first().controller);
+    m_initialSelected = true;
+}
+
+const ModuleItem *ViewController::moduleOf(QTreeWidgetItem *item) const
+{
+    if (!item || !item->parent())
+        return nullptr;
+    const auto group = m_modulesDict.constFind(item->parent()->text(0));
+    return group == m_modulesDict.cend() ? nullptr : &group->at(item->parent()->indexOfChild(item));
+}
+
+void ViewController::showViewController(Page *controller)
+{
+    if (m_currentViewController) {
+        m_currentViewController->hide();
+        m_ui->mainViewLayout->removeWidget(m_currentViewController);
+    }
+    m_currentViewController = controller;
+    m_ui->mainViewLayout->addWidget(controller);
+    controller->show();
+}
+
+// A click on the group's title takes the page away and shows none.
+void ViewController::outlineViewClicked()
+{
+    if (m_currentViewController) {
+        m_currentViewController->hide();
+        m_ui->mainViewLayout->removeWidget(m_currentViewController);
+        m_currentViewController.clear();
+    }
+    m_extraPage.reset();
+    QTreeWidget *list = m_ui->outlineView;
+    m_lastIndex = list->currentIndex().row();
+    if (const ModuleItem *module = moduleOf(list->currentItem()))
+        showViewController(module->controller);
+}
+
+// The list follows the keyboard as it follows the mouse, which reports its clicks itself.
+void ViewController::keyboardMoved()
+{
+    const QList<QTreeWidgetItem *> selected = m_ui->outlineView->selectedItems();
+    if (QGuiApplication::mouseButtons() != Qt::NoButton || selected.isEmpty())
+        return;
+    const ModuleItem *module = moduleOf(selected.first());
+    if (module && module->controller != m_currentViewController)
+        outlineViewClicked();
+}
+
+void ViewController::makeMenus()
+{
+    const auto fill = [this](QMenu *menu) {
+        fillRecordersMenu(menu, m_devices, recorderCommands());
+    };
+    connect(m_ui->recordersMenu, &QMenu::aboutToShow, this,
+            [this, fill] { fill(m_ui->recordersMenu); });
+    connect(m_ui->outlineView, &QWidget::customContextMenuRequested, this,
+            [this, fill](const QPoint &position) {
+                auto *menu = new QMenu(this);
+                menu->setObjectName(QStringLiteral("menu"));
+                menu->setAttribute(Qt::WA_DeleteOnClose);
+                fill(menu);
+                menu->popup(m_ui->outlineView->viewport()->mapToGlobal(position));
+            });
+    connect(m_ui->quitAction, &QAction::triggered, this, &QWidget::close);
+    connect(m_ui->portalAction, &QAction::triggered, this,
+            [this] { showExtraPage(std::make_unique<ComingPage>(text("Portal"))); });
+    connect(m_ui->aboutAction, &QAction::triggered, this, &ViewController::showAbout);
+}
+
+RecorderCommands ViewController::recorderCommands()
+{
+    return {[this](const DRDevice &device) { showInformation(device); },
+            [this](const DRDevice &device) { ejectAction(device); },
+            [this](const DRDevice &device, const QString &type) { insertMedium(device, type); }};
+}
+
+// A page that stands in no module list, in place of the one shown.
+void ViewController::showExtraPage(std::unique_ptr<Page> page)
+{
+    m_ui->outlineView->clearSelection();
+    showViewController(page.get());
+    m_extraPage = std::move(page);
+}
+
+void ViewController::showInformation(const DRDevice &device)
+{
+    showExtraPage(std::make_unique<ComingPage>(device.displayName()));
+}
+
+void ViewController::ejectAction(const DRDevice &device)
+{
+    if (device.ejectMedia())
+        outlineViewClicked();
+    else
+        MiscTool::showAlert(text("The medium cannot be ejected."),
+                            text("Please wait until the recorder is free."));
+}
+
+void ViewController::insertMedium(const DRDevice &device, const QString &type)
+{
+    if (const Result<> inserted = device.insertBlankMedium(type); !inserted)
+        MiscTool::showAlert(text("The medium cannot be inserted."), inserted.error());
+    else
+        outlineViewClicked();
+}
+
+void ViewController::showAbout()
+{
+    auto *box = new QMessageBox(this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setIconPixmap(windowIcon().pixmap(64));
+    box->setWindowTitle(text("About Maplorn Disc"));
+    box->setText(QStringLiteral("Maplorn Disc ") + QStringLiteral(MAPLORN_VERSION));
+    box->setInformativeText(text("Burns and erases discs and makes disc images.\n"
+                                 "Free software under the GNU General Public License, version 3 "
+                                 "or later."));
+    box->open();
+}
+
+void ViewController::deviceAppeared(const DRNotification &notification)
+{
+    DRNotificationCenter::currentRunLoop().removeObserver(this, DRDeviceStatusChangedNotification,
+                                                          notification.object);
+    const auto device = notification.object.value<DRDevice>();
+    if (!m_devices.contains(device))
+        m_devices.append(device);
+    reloadList();
+}
+
+void ViewController::deviceDisappeared(const DRNotification &notification)
+{
+    DRNotificationCenter::currentRunLoop().removeObserver(this, DRDeviceStatusChangedNotification,
+                                                          notification.object);
+    m_devices.removeAll(notification.object.value<DRDevice>());
+    reloadList();
+}
+
+void ViewController::restorePlace()
+{
+    resize(defaultSize);
+    restoreGeometry(QByteArray::fromBase64(Preferences::value(geometryKey).toByteArray()));
+}
+
+void ViewController::savePlace() const
+{
+    Preferences::setValue(geometryKey, QString::fromLatin1(saveGeometry().toBase64()));
+}
+
+void ViewController::closeEvent(QCloseEvent *event)
+{
+    if (RunningJobs::instance().isEmpty()) {
+        savePlace();
+        event->accept();
+        return;
+    }
+    event->ignore();
+    if (m_closing)
+        return;
+    Alerts::confirmOnWindow(this, text("Are you sure to quit?"),
+                            text("A job is running. It will be aborted, and the window closes when "
+                                 "it has ended."),
+                            [this] { endJobsAndClose(); });
+}
+
+void ViewController::endJobsAndClose()
+{
+    m_closing = true;
+    setEnabled(false);
+    setWindowTitle(windowTitle() + text(" – ending…"));
+    RunningJobs::instance().abortAll();
+    if (RunningJobs::instance().isEmpty())
+        close();
+}

@@ -1,0 +1,73 @@
+// The main window: the fixed list of modules on the left, the page of the chosen one on the right.
+// Main thread.
+#pragma once
+
+#include "DRDevice.h"
+#include "Modules.h"
+#include "RecordersMenu.h"
+
+#include <QMainWindow>
+#include <QMap>
+#include <QPointer>
+
+#include <memory>
+
+class QTreeWidgetItem;
+struct DRNotification;
+
+namespace Ui {
+class ViewController;
+}
+
+class ViewController : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    ViewController();
+    ~ViewController() override;
+
+    // Makes the modules anew and shows the first at the first time. A page with a running job is
+    // kept.
+    void reloadData();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void viewDidAppear();
+    void initModules();
+    void postInits();
+    void reloadList();
+    void initialSelect();
+    void showViewController(Page *controller);
+    void outlineViewClicked();
+    void keyboardMoved();
+
+    void makeMenus();
+    [[nodiscard]] RecorderCommands recorderCommands();
+    void showExtraPage(std::unique_ptr<Page> page);
+    void showInformation(const DRDevice &device);
+    void ejectAction(const DRDevice &device);
+    void insertMedium(const DRDevice &device, const QString &type);
+    void showAbout();
+
+    void deviceAppeared(const DRNotification &notification);
+    void deviceDisappeared(const DRNotification &notification);
+
+    void restorePlace();
+    void savePlace() const;
+    void endJobsAndClose();
+
+    [[nodiscard]] const ModuleItem *moduleOf(QTreeWidgetItem *item) const;
+
+    std::unique_ptr<Ui::ViewController> m_ui;
+    QMap<QString, QList<ModuleItem>> m_modulesDict;
+    QPointer<Page> m_currentViewController;
+    std::unique_ptr<Page> m_extraPage; // that stands in no list: information, portal
+    int m_lastIndex = -1;              // row of the list that was clicked last
+    bool m_initialSelected = false;
+    bool m_closing = false;
+    QList<DRDevice> m_devices;
+};

@@ -1,0 +1,70 @@
+// The data page in a window, with a virtual drive, driven by its controls. Main thread.
+#pragma once
+
+#include "AlertRecorder.h"
+#include "BurnDataViewController.h"
+#include "VirtualDrive.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+class DataPage
+{
+public:
+    DataPage()
+    {
+        page.reset(BurnDataViewController::getViewController());
+        page->show();
+        QVERIFY(QTest::qWaitForWindowExposed(page.get()));
+    }
+
+    template <typename Control>
+    [[nodiscard]] Control *control(const char *name) const
+    {
+        auto *found = page->findChild<Control *>(QLatin1StringView(name));
+        Q_ASSERT(found);
+        return found;
+    }
+
+    void click(const char *name) const
+    {
+        QTest::mouseClick(control<QWidget>(name), Qt::LeftButton);
+    }
+
+    // Chooses a kind (0 folder, 1 image) as a person does.
+    void chooseType(int index) const
+    {
+        auto *popUp = control<QComboBox>("sourceTypePopUp");
+        popUp->setCurrentIndex(index);
+        Q_EMIT popUp->activated(index);
+    }
+
+    // Chooses a source in the file chooser and waits until it is measured.
+    void choose(const QString &path) const
+    {
+        click("sourceButton");
+        auto *chooser = page->findChild<QFileDialog *>();
+        QVERIFY(chooser);
+        chooser->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path);
+        chooser->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Open)->click();
+        QTRY_COMPARE(control<QLineEdit>("sourceField")->text(), path);
+        QTRY_VERIFY(control<QWidget>("burnButton")->isEnabled());
+    }
+
+    // Starts the burn of what was chosen.
+    void startBurn(AlertRecorder &alerts) const
+    {
+        alerts.expect(QStringLiteral("Are you sure to burn?"),
+                      QStringLiteral("Burn the data on the disc"));
+        click("burnButton");
+        QTRY_VERIFY(alerts.isDone());
+    }
+
+    VirtualDrive drive;
+    std::unique_ptr<BurnDataViewController> page;
+};

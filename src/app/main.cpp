@@ -13,8 +13,8 @@ int main(int argc, char **argv)
     const ApplicationSetup setup(application);
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Burns data discs from folders and images. Without a recorder it burns into "
-                       "files of a virtual one; maplorn-recorder --help tells about that."));
+        QStringLiteral("Burns data discs from folders and images into the files of a virtual "
+                       "recorder; maplorn-recorder --help tells about that."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.process(application);

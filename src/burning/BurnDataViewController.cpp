@@ -19,11 +19,6 @@
 
 namespace {
 
-QString text(const char *key)
-{
-    return localized("BurnData", key);
-}
-
 // The widgets of the form exist before the members that use them.
 std::unique_ptr<Ui::BurnData> madeForm(QWidget *page)
 {
@@ -56,10 +51,7 @@ BurnDataViewController::BurnDataViewController()
     connectControls();
 }
 
-BurnDataViewController::~BurnDataViewController()
-{
-    m_measuring.request_stop();
-}
+BurnDataViewController::~BurnDataViewController() = default;
 
 void BurnDataViewController::connectControls()
 {
@@ -122,20 +114,24 @@ void BurnDataViewController::showMedium()
 
 bool BurnDataViewController::isFolderChosen() const
 {
-    return m_ui->sourceTypePopUp->currentText() == text("Folder");
+    return m_ui->sourceTypePopUp->currentText() == localized("BurnData", "Folder");
 }
 
 bool BurnDataViewController::isImageChosen() const
 {
-    return m_ui->sourceTypePopUp->currentText() == text("Image");
+    return m_ui->sourceTypePopUp->currentText() == localized("BurnData", "Image");
 }
 
 void BurnDataViewController::sourceTypeAction()
 {
+    if (!m_measured)
+        m_ui->fileSizeLabel->clear();
+    forgetMeasurement();
     if (isFolderChosen())
-        m_ui->sourceTipLabel->setText(text("Please selec a folder to burn"));
+        m_ui->sourceTipLabel->setText(localized("BurnData", "Please selec a folder to burn"));
     else if (isImageChosen())
-        m_ui->sourceTipLabel->setText(text("Please selec a image file(.iso or .dmg) to burn"));
+        m_ui->sourceTipLabel->setText(
+            localized("BurnData", "Please selec a image file(.iso or .dmg) to burn"));
     m_ui->sourceField->clear();
 }
 
@@ -143,18 +139,19 @@ void BurnDataViewController::selectAction()
 {
     const DRDevice device = selectedDevice();
     const bool passed = runChecks({
-        {[&] { return !device.isValid(); }, localized("NoDevice"),
-         text("Please connect a burning device.")},
-        {[&] { return !device.mediaIsPresent(); }, text("The media is not present."),
-         text("Please wait or re-insert the media")},
-        {[&] { return !device.mediaIsBlank(); }, text("The media is not blank."),
-         text("Please insert blank media.")},
+        {[&] { return !device.isValid(); }, localized("Localizable", "NoDevice"),
+         localized("BurnData", "Please connect a burning device.")},
+        {[&] { return !device.mediaIsPresent(); },
+         localized("BurnData", "The media is not present."),
+         localized("BurnData", "Please wait or re-insert the media")},
+        {[&] { return !device.mediaIsBlank(); }, localized("BurnData", "The media is not blank."),
+         localized("BurnData", "Please insert blank media.")},
     });
     if (!passed)
         return;
     const QString present = m_ui->sourceField->text();
     auto *chooser =
-        new QFileDialog(window(), text("Select"),
+        new QFileDialog(window(), localized("BurnData", "Select"),
                         present.isEmpty() ? QDir::homePath() : QFileInfo(present).absolutePath());
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     if (isFolderChosen()) {
@@ -162,7 +159,8 @@ void BurnDataViewController::selectAction()
         chooser->setOption(QFileDialog::ShowDirsOnly);
     } else {
         chooser->setFileMode(QFileDialog::ExistingFile);
-        chooser->setNameFilter(text("Disc images") + QStringLiteral(" (*.dmg *.iso)"));
+        chooser->setNameFilter(localized("BurnData", "Disc images")
+                               + QStringLiteral(" (*.dmg *.iso)"));
     }
     connect(chooser, &QFileDialog::fileSelected, this, &BurnDataViewController::setSource);
     chooser->open();
@@ -175,33 +173,50 @@ void BurnDataViewController::setSource(const QString &path)
     measureSource();
 }
 
-// A burn must not pass the capacity check with the level of an earlier source, so it waits.
+// A burn must not pass the capacity check with the level of an earlier source, so it waits; another
+// source may be chosen meanwhile.
 void BurnDataViewController::measureSource()
 {
-    const auto setControls = [this](bool enabled) {
-        for (QWidget *control : std::initializer_list<QWidget *>{
-                 m_ui->sourceButton, m_ui->sourceTypePopUp, m_ui->burnButton, m_ui->clearButton})
-            control->setEnabled(enabled);
-    };
-    setControls(false);
-    m_ui->fileSizeLabel->setText(text("Measuring…"));
+    m_measuring.request_stop();
+    m_measured = false;
+    updateBurnButton();
+    m_ui->clearButton->setEnabled(true);
+    m_ui->fileSizeLabel->setText(localized("BurnData", "Measuring…"));
     const auto work = [path = m_ui->sourceField->text(), folder = isFolderChosen(),
                        image = isImageChosen()](const std::stop_token &stop) {
-        return folder  ? MiscTool::getFolderSize(path, stop)
-               : image ? MiscTool::getFileSize(path)
-                       : qint64(0);
+        const qint64 size = folder  ? MiscTool::getFolderSize(path, stop)
+                            : image ? MiscTool::getFileSize(path)
+                                    : 0;
+        return stop.stop_requested() ? std::nullopt : std::optional(size);
     };
-    m_measuring = inBackground(this, work, [this, setControls](qint64 size) {
-        setControls(true);
-        showSourceSize(size);
-    });
+    m_measuring =
+        inBackground(this, work, [this, number = ++m_measurement](std::optional<qint64> size) {
+            if (size && number == m_measurement)
+                showSourceSize(*size);
+        });
 }
 
 void BurnDataViewController::showSourceSize(qint64 size)
 {
+    m_measured = true;
+    updateBurnButton();
     m_ui->fileSizeLabel->setText(MiscTool::convertBytes(size));
     const auto discSize = static_cast<quint64>(MiscTool::getDiscSize(selectedDevice()));
     m_ui->levelIndicator->setValue(discSize > 0 ? static_cast<quint64>(size) * 100 / discSize : 0);
+}
+
+// The source that is being measured, if any, is not waited for any more.
+void BurnDataViewController::forgetMeasurement()
+{
+    m_measuring.request_stop();
+    ++m_measurement;
+    m_measured = true;
+    updateBurnButton();
+}
+
+void BurnDataViewController::updateBurnButton()
+{
+    m_ui->burnButton->setEnabled(m_enabled && m_measured);
 }
 
 void BurnDataViewController::burnSpeedAction()
@@ -213,28 +228,32 @@ bool BurnDataViewController::verify() const
 {
     const DRDevice device = selectedDevice();
     return runChecks({
-        {[&] { return !device.isValid(); }, localized("NoDevice"),
-         text("Please connect a burning device.")},
+        {[&] { return !device.isValid(); }, localized("Localizable", "NoDevice"),
+         localized("BurnData", "Please connect a burning device.")},
         {[&] { return !device.writesCD() && !device.writesDVD(); },
-         text("The device has no capability of write."),
-         text("Please change a device that have capability of write.")},
-        {[&] { return !device.mediaIsPresent(); }, text("The media is not present."),
-         text("Please insert blank media.")},
-        {[&] { return !device.mediaIsBlank(); }, text("The media is not blank."),
-         text("Please insert blank media.")},
-        {[&] { return m_ui->sourceField->text().isEmpty(); }, text("Source cannot be null"),
-         text("Please select file or folder")},
+         localized("BurnData", "The device has no capability of write."),
+         localized("BurnData", "Please change a device that have capability of write.")},
+        {[&] { return !device.mediaIsPresent(); },
+         localized("BurnData", "The media is not present."),
+         localized("BurnData", "Please insert blank media.")},
+        {[&] { return !device.mediaIsBlank(); }, localized("BurnData", "The media is not blank."),
+         localized("BurnData", "Please insert blank media.")},
+        {[&] { return m_ui->sourceField->text().isEmpty(); },
+         localized("BurnData", "Source cannot be null"),
+         localized("BurnData", "Please select file or folder"), m_ui->sourceField},
         {[&] { return m_ui->levelIndicator->value() > m_ui->levelIndicator->maximum(); },
-         text("Source size is more than disc capacity"),
-         text("Please select the smaller source or change disc with more capacity")},
+         localized("BurnData", "Source size is more than disc capacity"),
+         localized("BurnData",
+                   "Please select the smaller source or change disc with more capacity")},
     });
 }
 
 void BurnDataViewController::burnAction()
 {
     if (verify())
-        Alerts::confirmOnWindow(this, text("Are you sure to burn?"),
-                                text("Burn the data on the disc"), [this] { runBurn(); });
+        Alerts::confirmOnWindow(this, localized("BurnData", "Are you sure to burn?"),
+                                localized("BurnData", "Burn the data on the disc"),
+                                [this] { runBurn(); });
 }
 
 void BurnDataViewController::runBurn()
@@ -290,8 +309,10 @@ void BurnDataViewController::setAllStatus(bool enabled)
     for (QWidget *control : std::initializer_list<QWidget *>{
              m_ui->devicesPopUp, m_ui->mediaTypeButton, m_ui->sourceTypePopUp, m_ui->sourceField,
              m_ui->sourceButton, m_ui->speedPopUp, m_ui->verifyCheckBox, m_ui->appendableCheckBox,
-             m_ui->burnButton, m_ui->clearButton})
+             m_ui->clearButton})
         control->setEnabled(enabled);
+    m_enabled = enabled;
+    updateBurnButton();
     setBackground(m_ui->sourceField, enabled ? QColor(Qt::white)
                                              : palette().color(QPalette::Disabled, QPalette::Text));
     for (QWidget *control :
@@ -302,26 +323,29 @@ void BurnDataViewController::setAllStatus(bool enabled)
 
 void BurnDataViewController::stopAction()
 {
-    Alerts::confirmOnWindow(this, text("Are you sure to abort the burning?"),
-                            text("The abort will leave the data incomplete on the disc"), [this] {
-                                m_burn.abort();
-                                setAllStatus(true);
-                            });
+    Alerts::confirmOnWindow(
+        this, localized("BurnData", "Are you sure to abort the burning?"),
+        localized("BurnData", "The abort will leave the data incomplete on the disc"), [this] {
+            m_burn.abort();
+            setAllStatus(true);
+        });
 }
 
 void BurnDataViewController::clearAction()
 {
-    Alerts::confirmOnWindow(this, text("Are you sure to clear?"),
-                            text("Clear the burning information"), [this] { runClear(); });
+    Alerts::confirmOnWindow(this, localized("BurnData", "Are you sure to clear?"),
+                            localized("BurnData", "Clear the burning information"),
+                            [this] { runClear(); });
 }
 
 void BurnDataViewController::runClear()
 {
+    forgetMeasurement();
     m_ui->sourceField->clear();
     m_ui->sourceField->setToolTip({});
     m_ui->fileSizeLabel->clear();
     m_ui->levelIndicator->setValue(0);
-    m_progress.reset(text("Done"));
+    m_progress.reset(localized("BurnData", "Done"));
     m_ui->clearButton->setEnabled(false);
 }
 
@@ -331,7 +355,8 @@ void BurnDataViewController::saveAction()
         return;
     const QString source = m_ui->sourceField->text();
     if (source.isEmpty()) {
-        MiscTool::showAlert(text("Source cannot be null."), text("Please select source first."));
+        MiscTool::showAlert(localized("BurnData", "Source cannot be null."),
+                            localized("BurnData", "Please select source first."));
         return;
     }
     if (!isFolderChosen() && !isImageChosen()) {
@@ -340,7 +365,7 @@ void BurnDataViewController::saveAction()
     }
     const auto kind = isFolderChosen() ? DataRepository::Kind::Folder : DataRepository::Kind::Image;
     m_saving = true;
-    m_ui->saveButton->setText(text("Saving…"));
+    m_ui->saveButton->setText(localized("BurnData", "Saving…"));
     runJobInBackground(
         this,
         [kind, source](const std::stop_token &stop) -> std::optional<Result<>> {
@@ -353,12 +378,13 @@ void BurnDataViewController::saveAction()
 void BurnDataViewController::saved(const std::optional<Result<>> &result)
 {
     m_saving = false;
-    m_ui->saveButton->setText(text("Save"));
+    m_ui->saveButton->setText(localized("BurnData", "Save"));
     if (!result)
         return;
     if (!*result)
         qWarning("The source was not saved: %s", qPrintable(result->error()));
-    MiscTool::showAlert(text("Saved to repository."), text("Saved to repository successfully."));
+    MiscTool::showAlert(localized("BurnData", "Saved to repository."),
+                        localized("BurnData", "Saved to repository successfully."));
 }
 
 void BurnDataViewController::openAction()

@@ -43,6 +43,8 @@ private:
     void setSource(const QString &path);
     void measureSource();
     void showSourceSize(qint64 size);
+    void forgetMeasurement();
+    void updateBurnButton();
     void burnSpeedAction();
 
     [[nodiscard]] bool verify() const;
@@ -72,5 +74,8 @@ private:
     bool m_burning = false;
     bool m_saving = false;
     QVariantMap m_shownMedium; // as showMedium() found it
+    bool m_enabled = true;     // as setAllStatus() was told
+    bool m_measured = true;    // false while the source is being measured
+    int m_measurement = 0;     // number of the last one
     std::stop_source m_measuring{std::nostopstate};
 };

@@ -44,7 +44,7 @@ void BurnProgress::show(const QVariantMap &status)
 
 void BurnProgress::showFailed(const QString &errorText)
 {
-    reset(localized("Failed"));
+    reset(localized("Localizable", "Failed"));
     m_box->setToolTip(errorText);
 }
 

@@ -12,7 +12,7 @@ namespace {
 
 QString automatic()
 {
-    return localized("AUTO");
+    return localized("Localizable", "AUTO");
 }
 
 void addOrMove(QComboBox *popUp, const QString &title)
@@ -38,7 +38,8 @@ void BurnSpeeds::refresh(QComboBox *speedPopUp, QLabel *speedLabel, const DRDevi
 
 void BurnSpeeds::showUnit(const QComboBox *speedPopUp, QLabel *speedLabel)
 {
-    speedLabel->setText(speedPopUp->currentText() == automatic() ? QString() : localized("K/S"));
+    speedLabel->setText(speedPopUp->currentText() == automatic() ? QString()
+                                                                 : localized("Localizable", "K/S"));
 }
 
 float BurnSpeeds::chosen(const QComboBox *speedPopUp)

@@ -36,10 +36,7 @@ RepositoryPanel::RepositoryPanel(QWidget *parent)
             &RepositoryPanel::repositorySelectAction);
 }
 
-RepositoryPanel::~RepositoryPanel()
-{
-    m_measuring.request_stop();
-}
+RepositoryPanel::~RepositoryPanel() = default;
 
 DataRepository::Kind RepositoryPanel::kind() const
 {
@@ -110,9 +107,22 @@ void RepositoryPanel::repositoryDeleteAction()
                             localized("BurnData", "The operation is irreversible.")))
         return;
     Q_EMIT deleting(kind());
-    if (!DataRepository::remove(kind(), m_repositoryData.at(row)))
+    const QString name = m_repositoryData.at(row);
+    m_ui->repositoryDeleteButton->setEnabled(false);
+    runJobInBackground(
+        this,
+        [kind = kind(), name](const std::stop_token &) {
+            return DataRepository::remove(kind, name);
+        },
+        [this, kind = kind(), name](bool removed) { deleted(kind, name, removed); });
+}
+
+void RepositoryPanel::deleted(DataRepository::Kind deletedKind, const QString &name, bool removed)
+{
+    m_ui->repositoryDeleteButton->setEnabled(true);
+    if (!removed || deletedKind != kind())
         return;
-    m_repositoryData.removeAt(row);
+    m_repositoryData.removeOne(name);
     reload();
 }
 

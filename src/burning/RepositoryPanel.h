@@ -39,6 +39,7 @@ private:
     [[nodiscard]] int numberOfRowsInTableView() const;
     void showSizes(const QList<qint64> &sizes);
     void repositoryDeleteAction();
+    void deleted(DataRepository::Kind deletedKind, const QString &name, bool removed);
     void repositorySelectAction();
     void repositoryCancelAction();
 

@@ -18,7 +18,7 @@ void DevicePopUp::loadDevices()
     for (const DRDevice &device : std::as_const(m_devices))
         m_devicesPopUp->addItem(device.displayName(), m_devicesPopUp->count());
     if (m_devices.isEmpty())
-        m_devicesPopUp->addItem(localized("NoDevice"));
+        m_devicesPopUp->addItem(localized("Localizable", "NoDevice"));
     m_devicesPopUp->setCurrentIndex(0);
 }
 

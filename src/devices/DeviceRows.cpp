@@ -1,12 +1,12 @@
 #include "DeviceRows.h"
 
-#include <QLocale>
+#include "FormatTools.h"
 
 QString DeviceRows::displayText(const QVariant &value)
 {
     // QVariant's own text of 100000.0 is "1e+05".
     if (value.typeId() == QMetaType::Double)
-        return QString::number(value.toDouble(), 'f', QLocale::FloatingPointShortest);
+        return MiscTool::shortestDecimal(value.toDouble());
     return value.toString();
 }
 

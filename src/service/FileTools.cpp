@@ -5,8 +5,20 @@
 #include <QStandardPaths>
 
 #include <filesystem>
+#include <vector>
 
 namespace fs = std::filesystem;
+
+namespace {
+
+qint64 sizeOf(const fs::directory_entry &file)
+{
+    std::error_code error;
+    const std::uintmax_t size = file.file_size(error);
+    return error ? 0 : static_cast<qint64>(size);
+}
+
+}
 
 qint64 MiscTool::getFileSize(const QString &path)
 {
@@ -16,19 +28,22 @@ qint64 MiscTool::getFileSize(const QString &path)
 
 qint64 MiscTool::getFolderSize(const QString &path, const std::stop_token &stop)
 {
-    // Qt's directory iterator cannot name files that are not valid text; this one can.
-    std::error_code error;
-    fs::recursive_directory_iterator entry(QFile::encodeName(path).toStdString(),
-                                           fs::directory_options::skip_permission_denied, error);
+    // Qt's directory iterator cannot name files that are not valid text; this one can. One for each
+    // folder, so that a folder that cannot be read is skipped alone.
+    std::vector<fs::path> folders{QFile::encodeName(path).toStdString()};
     qint64 sum = 0;
-    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        if (stop.stop_requested())
-            break;
-        std::error_code ignored;
-        if (!entry->is_symlink(ignored) && entry->is_regular_file(ignored)) {
-            const std::uintmax_t size = entry->file_size(ignored);
-            if (!ignored)
-                sum += static_cast<qint64>(size);
+    while (!folders.empty() && !stop.stop_requested()) {
+        std::error_code error;
+        fs::directory_iterator entry(folders.back(), error);
+        folders.pop_back();
+        for (; !error && entry != fs::directory_iterator() && !stop.stop_requested();
+             entry.increment(error)) {
+            std::error_code ignored;
+            const fs::file_type type = entry->symlink_status(ignored).type();
+            if (type == fs::file_type::directory)
+                folders.push_back(entry->path());
+            else if (type == fs::file_type::regular)
+                sum += sizeOf(*entry);
         }
     }
     return sum;

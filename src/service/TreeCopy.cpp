@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 
 namespace fs = std::filesystem;
@@ -76,12 +78,12 @@ private:
     Result<> copyFile(const fs::path &source, const fs::path &target,
                       const fs::file_status &status) const
     {
-        QFile from(QFile::decodeName(source.string().c_str()));
-        QFile to(QFile::decodeName(target.string().c_str()));
-        if (!from.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-            return failure(source, from.errorString());
-        if (!to.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered))
-            return failure(target, to.errorString());
+        QFile from;
+        QFile to;
+        if (!open(from, source, O_RDONLY | O_NOFOLLOW, QIODevice::ReadOnly))
+            return failure(source, qt_error_string(errno));
+        if (!open(to, target, O_WRONLY | O_CREAT | O_EXCL, QIODevice::WriteOnly))
+            return failure(target, qt_error_string(errno));
         QByteArray chunk(chunkSize, Qt::Uninitialized);
         for (;;) {
             const qint64 count = from.read(chunk.data(), chunk.size());
@@ -96,6 +98,15 @@ private:
         }
         to.close();
         return keepAttributes(source, target, status);
+    }
+
+    // By the name's bytes, which need not be text. False with errno.
+    static bool open(QFile &file, const fs::path &path, int flags, QIODevice::OpenMode mode)
+    {
+        constexpr mode_t ownerOnly = 0600;
+        const int descriptor = ::open(path.c_str(), flags | O_CLOEXEC, ownerOnly);
+        return descriptor >= 0
+               && file.open(descriptor, mode | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle);
     }
 
     static Result<> keepAttributes(const fs::path &source, const fs::path &target,
@@ -119,6 +130,13 @@ fs::path toPath(const QString &path)
     return {QFile::encodeName(path).toStdString()};
 }
 
+}
+
+bool TreeCopy::remove(const QString &path)
+{
+    std::error_code error;
+    fs::remove_all(toPath(path), error);
+    return !error;
 }
 
 Result<> TreeCopy::copy(const QString &source, const QString &target, const QString &leftOut,

@@ -1,4 +1,4 @@
-// Copies a file or a whole folder. Off the main thread.
+// Copies and removes a file or a whole folder. Off the main thread.
 #pragma once
 
 #include "Result.h"
@@ -14,5 +14,8 @@ namespace TreeCopy {
 // copied by then is left for the caller to remove.
 [[nodiscard]] Result<> copy(const QString &source, const QString &target, const QString &leftOut,
                             const std::stop_token &stop);
+
+// Removes a file or a whole folder, whatever its names are; true also where there was nothing.
+bool remove(const QString &path);
 
 }

@@ -6,6 +6,9 @@
 #include <QApplication>
 #include <QIcon>
 #include <QLocale>
+#include <QThreadPool>
+
+#include <algorithm>
 
 ApplicationSetup::ApplicationSetup(QCoreApplication &application)
 {
@@ -15,6 +18,10 @@ ApplicationSetup::ApplicationSetup(QCoreApplication &application)
     QGuiApplication::setDesktopFileName(QStringLiteral("maplorn-disc"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/maplorn-disc.svg")));
     Alerts::fixButtonOrder();
+    // A copy that takes long must not keep a measurement waiting, on a machine with one processor.
+    constexpr int backgroundThreads = 4;
+    QThreadPool::globalInstance()->setMaxThreadCount(
+        std::max(backgroundThreads, QThread::idealThreadCount()));
 
     // English first: it holds the texts whose keys are no English, for languages that lack them.
     for (const QLocale &locale : {QLocale(QLocale::English), QLocale::system()}) {

@@ -27,18 +27,19 @@ Page *coming(const QString &name)
 }
 
 constexpr std::array modules{
-    Module{"Home", "store32", &coming},
-    Module{"Data", "burnData32", &made<BurnDataViewController>},
-    Module{"Music", "burnMusic32", &coming},
-    Module{"Erase", "eraseDisc32", &coming},
-    Module{"DMG", "dmg32", &coming},
-    Module{"ISO", "iso32", &coming},
-    Module{"Password", "password32", &coming},
-    Module{"Profile", "profile32", &coming},
-    Module{"Notification", "inventory32", &coming},
-    Module{"Support", "settings32", &coming},
-    Module{"Rate", "businessContinent32", &coming},
-    Module{"Logout", "logout32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Home"), "store32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Data"), "burnData32",
+           &made<BurnDataViewController>},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Music"), "burnMusic32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Erase"), "eraseDisc32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "DMG"), "dmg32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "ISO"), "iso32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Password"), "password32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Profile"), "profile32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Notification"), "inventory32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Support"), "settings32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Rate"), "businessContinent32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Logout"), "logout32", &coming},
 };
 
 }

@@ -15,7 +15,8 @@ struct ModuleItem
 
 namespace Modules {
 
-inline constexpr char groupKey[] = "Root Node"; // of the group's title
+// Of the group's title.
+inline constexpr const char *groupKey = QT_TRANSLATE_NOOP("ViewController", "Root Node");
 
 // All modules with newly made pages.
 [[nodiscard]] QList<ModuleItem> make();

@@ -7,24 +7,20 @@
 
 namespace {
 
-QString text(const char *key)
-{
-    return localized("ViewController", key);
-}
-
 void addRecorder(QMenu *menu, const DRDevice &device, const RecorderCommands &commands)
 {
     const bool free = !device.mediaIsBusy() && !device.mediaIsReserved();
-    QObject::connect(menu->addAction(text("&Information…")), &QAction::triggered, menu,
+    QObject::connect(menu->addAction(localized("ViewController", "&Information…")),
+                     &QAction::triggered, menu,
                      [commands, device] { commands.information(device); });
-    QAction *eject = menu->addAction(text("&Eject"));
+    QAction *eject = menu->addAction(localized("ViewController", "&Eject"));
     eject->setEnabled(free && device.mediaIsPresent());
     QObject::connect(eject, &QAction::triggered, menu,
                      [commands, device] { commands.eject(device); });
     const QStringList types = device.insertableMedia();
     if (types.isEmpty())
         return;
-    QMenu *insert = menu->addMenu(text("Insert &Blank Medium"));
+    QMenu *insert = menu->addMenu(localized("ViewController", "Insert &Blank Medium"));
     insert->setEnabled(free);
     for (const QString &type : types)
         QObject::connect(insert->addAction(QString(MediaTypes::find(type)->name)),
@@ -43,5 +39,5 @@ void fillRecordersMenu(QMenu *menu, const QList<DRDevice> &devices,
     for (const DRDevice &device : devices)
         addRecorder(menu->addMenu(device.displayName()), device, commands);
     if (devices.isEmpty())
-        menu->addAction(localized("NoDevice"))->setEnabled(false);
+        menu->addAction(localized("Localizable", "NoDevice"))->setEnabled(false);
 }

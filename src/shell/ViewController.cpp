@@ -19,11 +19,6 @@ constexpr int listWidth = 222;
 constexpr QSize defaultSize(900, 620);
 const QString geometryKey = QStringLiteral("WindowGeometry");
 
-QString text(const char *key)
-{
-    return localized("ViewController", key);
-}
-
 // The picture as it is in a chosen row too, where the style would tint it.
 QIcon moduleIcon(const QString &imageName)
 {
@@ -61,10 +56,13 @@ ViewController::ViewController()
     paleHighlight(m_ui->outlineView);
     restorePlace();
     makeMenus();
-    connect(m_ui->outlineView, &QTreeWidget::itemClicked, this,
-            &ViewController::outlineViewClicked);
+    connect(m_ui->outlineView, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem *item) {
+        const ModuleItem *module = moduleOf(item);
+        if (!module || module->controller != m_currentViewController)
+            outlineViewClicked(item);
+    });
     connect(m_ui->outlineView, &QTreeWidget::itemSelectionChanged, this,
-            &ViewController::keyboardMoved);
+            &ViewController::selectionChanged);
     connect(&RunningJobs::instance(), &RunningJobs::emptied, this, [this] {
         if (m_closing)
             close();
@@ -97,20 +95,21 @@ void ViewController::reloadData()
     if (!m_initialSelected)
         initialSelect();
     else if (!m_currentViewController)
-        outlineViewClicked(); // its page was made anew
+        outlineViewClicked(itemAt(m_lastIndex)); // its page was made anew
 }
 
 void ViewController::initModules()
 {
     QList<ModuleItem> modules = Modules::make();
-    const QList<ModuleItem> old = m_modulesDict.value(text(Modules::groupKey));
+    const QList<ModuleItem> old =
+        m_modulesDict.value(localized("ViewController", Modules::groupKey));
     for (qsizetype i = 0; i < old.size(); ++i) {
         const bool keep = old.at(i).controller->hasRunningJob();
         delete (keep ? modules.at(i).controller : old.at(i).controller);
         if (keep)
             modules[i].controller = old.at(i).controller;
     }
-    m_modulesDict = {{text(Modules::groupKey), modules}};
+    m_modulesDict = {{localized("ViewController", Modules::groupKey), modules}};
 }
 
 void ViewController::postInits()
@@ -132,9 +131,7 @@ void ViewController::reloadList()
 {
     QTreeWidget *list = m_ui->outlineView;
     const QSignalBlocker quiet(list);
-    const QList<QTreeWidgetItem *> selected = list->selectedItems();
-    const int row =
-        selected.isEmpty() ? -1 : selected.first()->parent()->indexOfChild(selected.first());
+    const bool selected = !list->selectedItems().isEmpty();
     list->clear();
     for (auto group = m_modulesDict.cbegin(); group != m_modulesDict.cend(); ++group) {
         auto *title = new QTreeWidgetItem(list, {group.key()});
@@ -149,13 +146,16 @@ void ViewController::reloadList()
         }
     }
     list->expandAll();
-    if (row >= 0)
-        list->setCurrentItem(list->topLevelItem(0)->child(row));
+    if (QTreeWidgetItem *item = itemAt(m_lastIndex))
+        list->setCurrentItem(item, 0,
+                             selected ? QItemSelectionModel::ClearAndSelect
+                                      : QItemSelectionModel::NoUpdate);
 }
 
 void ViewController::initialSelect()
 {
-    m_ui->outlineView->setCurrentItem(m_ui->outlineView->topLevelItem(0)->child(0));
+    m_lastIndex = 1;
+    m_ui->outlineView->setCurrentItem(itemAt(m_lastIndex));
     showViewController(m_modulesDict.first().first().controller);
     m_initialSelected = true;
 }
@@ -180,7 +180,7 @@ void ViewController::showViewController(Page *controller)
 }
 
 // A click on the group's title takes the page away and shows none.
-void ViewController::outlineViewClicked()
+void ViewController::outlineViewClicked(QTreeWidgetItem *item)
 {
     if (m_currentViewController) {
         m_currentViewController->hide();
@@ -188,21 +188,32 @@ void ViewController::outlineViewClicked()
         m_currentViewController.clear();
     }
     m_extraPage.reset();
-    QTreeWidget *list = m_ui->outlineView;
-    m_lastIndex = list->currentIndex().row();
-    if (const ModuleItem *module = moduleOf(list->currentItem()))
+    m_lastIndex = rowOf(item);
+    if (const ModuleItem *module = moduleOf(item))
         showViewController(module->controller);
 }
 
-// The list follows the keyboard as it follows the mouse, which reports its clicks itself.
-void ViewController::keyboardMoved()
+// However a row came to be chosen: by a click of any button, by sliding, by the keyboard.
+void ViewController::selectionChanged()
 {
     const QList<QTreeWidgetItem *> selected = m_ui->outlineView->selectedItems();
-    if (QGuiApplication::mouseButtons() != Qt::NoButton || selected.isEmpty())
-        return;
-    const ModuleItem *module = moduleOf(selected.first());
+    const ModuleItem *module = selected.isEmpty() ? nullptr : moduleOf(selected.first());
     if (module && module->controller != m_currentViewController)
-        outlineViewClicked();
+        outlineViewClicked(selected.first());
+}
+
+// Rows as they stand in the list: 0 is the group's title, 1 its first module.
+int ViewController::rowOf(QTreeWidgetItem *item)
+{
+    if (!item)
+        return -1;
+    return item->parent() ? item->parent()->indexOfChild(item) + 1 : 0;
+}
+
+QTreeWidgetItem *ViewController::itemAt(int row) const
+{
+    QTreeWidgetItem *group = m_ui->outlineView->topLevelItem(0);
+    return row == 0 ? group : group->child(row - 1);
 }
 
 void ViewController::makeMenus()
@@ -221,8 +232,9 @@ void ViewController::makeMenus()
                 menu->popup(m_ui->outlineView->viewport()->mapToGlobal(position));
             });
     connect(m_ui->quitAction, &QAction::triggered, this, &QWidget::close);
-    connect(m_ui->portalAction, &QAction::triggered, this,
-            [this] { showExtraPage(std::make_unique<ComingPage>(text("Portal"))); });
+    connect(m_ui->portalAction, &QAction::triggered, this, [this] {
+        showExtraPage(std::make_unique<ComingPage>(localized("ViewController", "Portal")));
+    });
     connect(m_ui->aboutAction, &QAction::triggered, this, &ViewController::showAbout);
 }
 
@@ -249,18 +261,26 @@ void ViewController::showInformation(const DRDevice &device)
 void ViewController::ejectAction(const DRDevice &device)
 {
     if (device.ejectMedia())
-        outlineViewClicked();
+        showMediumChanged();
     else
-        MiscTool::showAlert(text("The medium cannot be ejected."),
-                            text("Please wait until the recorder is free."));
+        MiscTool::showAlert(localized("ViewController", "The medium cannot be ejected."),
+                            localized("ViewController", "Please wait until the recorder is free."));
 }
 
 void ViewController::insertMedium(const DRDevice &device, const QString &type)
 {
     if (const Result<> inserted = device.insertBlankMedium(type); !inserted)
-        MiscTool::showAlert(text("The medium cannot be inserted."), inserted.error());
+        MiscTool::showAlert(localized("ViewController", "The medium cannot be inserted."),
+                            inserted.error());
     else
-        outlineViewClicked();
+        showMediumChanged();
+}
+
+// The page shown looks at its medium afresh when it appears again.
+void ViewController::showMediumChanged()
+{
+    if (!m_extraPage)
+        outlineViewClicked(itemAt(m_lastIndex));
 }
 
 void ViewController::showAbout()
@@ -268,11 +288,12 @@ void ViewController::showAbout()
     auto *box = new QMessageBox(this);
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setIconPixmap(windowIcon().pixmap(64));
-    box->setWindowTitle(text("About Maplorn Disc"));
+    box->setWindowTitle(localized("ViewController", "About Maplorn Disc"));
     box->setText(QStringLiteral("Maplorn Disc ") + QStringLiteral(MAPLORN_VERSION));
-    box->setInformativeText(text("Burns and erases discs and makes disc images.\n"
-                                 "Free software under the GNU General Public License, version 3 "
-                                 "or later."));
+    box->setInformativeText(
+        localized("ViewController", "Burns and erases discs and makes disc images.\n"
+                                    "Free software under the GNU General Public License, version 3 "
+                                    "or later."));
     box->open();
 }
 
@@ -315,17 +336,19 @@ void ViewController::closeEvent(QCloseEvent *event)
     event->ignore();
     if (m_closing)
         return;
-    Alerts::confirmOnWindow(this, text("Are you sure to quit?"),
-                            text("A job is running. It will be aborted, and the window closes when "
-                                 "it has ended."),
-                            [this] { endJobsAndClose(); });
+    Alerts::confirmOnWindow(
+        this, localized("ViewController", "Are you sure to quit?"),
+        localized("ViewController",
+                  "A job is running. It will be aborted, and the window closes when "
+                  "it has ended."),
+        [this] { endJobsAndClose(); });
 }
 
 void ViewController::endJobsAndClose()
 {
     m_closing = true;
     setEnabled(false);
-    setWindowTitle(windowTitle() + text(" – ending…"));
+    setWindowTitle(windowTitle() + localized("ViewController", " – ending…"));
     RunningJobs::instance().abortAll();
     if (RunningJobs::instance().isEmpty())
         close();

@@ -42,14 +42,17 @@ private:
     void reloadList();
     void initialSelect();
     void showViewController(Page *controller);
-    void outlineViewClicked();
-    void keyboardMoved();
+    void outlineViewClicked(QTreeWidgetItem *item);
+    void selectionChanged();
+    [[nodiscard]] static int rowOf(QTreeWidgetItem *item); // -1 for null
+    [[nodiscard]] QTreeWidgetItem *itemAt(int row) const;
 
     void makeMenus();
     [[nodiscard]] RecorderCommands recorderCommands();
     void showExtraPage(std::unique_ptr<Page> page);
     void showInformation(const DRDevice &device);
     void ejectAction(const DRDevice &device);
+    void showMediumChanged();
     void insertMedium(const DRDevice &device, const QString &type);
     void showAbout();
 

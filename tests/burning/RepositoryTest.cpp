@@ -6,6 +6,9 @@
 #include <QLabel>
 #include <QTableWidget>
 
+#include <filesystem>
+#include <fstream>
+
 using DataRepository::Kind;
 
 namespace {
@@ -43,6 +46,9 @@ private Q_SLOTS:
     void failedCopyLosesNothing();
     void copyOntoItselfChangesNothing();
     void repositoryIsNotCopiedIntoItself();
+    void repositoryItselfIsNoSource_data();
+    void repositoryItselfIsNoSource();
+    void namesThatAreNoText();
     void nothingElseIsLeftBehind();
     void saveAsksForASource();
     void saveReportsSuccessWhateverHappens();
@@ -124,6 +130,35 @@ void RepositoryTest::repositoryIsNotCopiedIntoItself()
     const QString copy = DataRepository::pathOf(Kind::Folder, QFileInfo(documents).fileName());
     QCOMPARE(contentOf(copy + QStringLiteral("/letter")), QByteArray("text"));
     QVERIFY(!QFile::exists(copy + QStringLiteral("/Repository")));
+}
+
+void RepositoryTest::repositoryItselfIsNoSource_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::newRow("all of it") << "/Repository";
+    QTest::newRow("the stores, among which the copy is made") << "/Repository/Data";
+}
+
+void RepositoryTest::repositoryItselfIsNoSource()
+{
+    QFETCH(const QString, source);
+    writeFile(DataRepository::pathOf(Kind::Image, QStringLiteral("a.iso")), "a");
+    QVERIFY(!DataRepository::save(Kind::Folder, MiscTool::getCachedPath() + source, {}));
+    QVERIFY(DataRepository::names(Kind::Folder).isEmpty());
+}
+
+// The names are bytes to the file system, and need not be text.
+void RepositoryTest::namesThatAreNoText()
+{
+    const std::filesystem::path source(path(QStringLiteral("folder")).toStdString());
+    std::filesystem::create_directories(source / "sub\xe9");
+    std::ofstream(source / "sub\xe9" / "caf\xe9") << "text";
+    QVERIFY(DataRepository::save(Kind::Folder, path(QStringLiteral("folder")), {}));
+    const std::filesystem::path copy(
+        DataRepository::pathOf(Kind::Folder, QStringLiteral("folder")).toStdString());
+    QCOMPARE(std::filesystem::file_size(copy / "sub\xe9" / "caf\xe9"), std::uintmax_t(4));
+    QVERIFY(DataRepository::remove(Kind::Folder, QStringLiteral("folder")));
+    QVERIFY(!std::filesystem::exists(copy));
 }
 
 void RepositoryTest::nothingElseIsLeftBehind()
@@ -216,7 +251,7 @@ void RepositoryTest::deleteSwitchesTheKind()
 
     alerts.expect(question, warning);
     button->click();
-    QCOMPARE(table->rowCount(), 0);
+    QTRY_COMPARE(table->rowCount(), 0);
     QCOMPARE(page.control<QComboBox>("sourceTypePopUp")->currentIndex(), 1);
     QVERIFY(DataRepository::names(Kind::Image).isEmpty());
 }

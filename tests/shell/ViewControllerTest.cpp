@@ -43,6 +43,8 @@ private Q_SLOTS:
     void groupIsNoModule();
     void pagesKeepTheirState();
     void pageWithAJobOutlivesAReload();
+    void everyClickShowsItsPage();
+    void informationStaysWhereItIs();
     void keyboardChangesPages();
     void recordersMenuFollowsTheRecorders();
     void insertAndEjectFromTheMenu();
@@ -166,6 +168,36 @@ void ViewControllerTest::pageWithAJobOutlivesAReload()
     QCOMPARE(page(), data.data());
     RunningJobs::instance().abortAll();
     QTRY_VERIFY(!data->hasRunningJob());
+}
+
+// The row that is marked and the page that is shown are the same, however the row was chosen.
+void ViewControllerTest::everyClickShowsItsPage()
+{
+    QTest::mouseClick(list()->viewport(), Qt::RightButton, {},
+                      list()->visualItemRect(module(1)).center());
+    QVERIFY(qobject_cast<BurnDataViewController *>(page()));
+    QTest::mousePress(list()->viewport(), Qt::LeftButton, {},
+                      list()->visualItemRect(module(1)).center());
+    QTest::mouseMove(list()->viewport(), list()->visualItemRect(module(0)).center());
+    QTest::mouseRelease(list()->viewport(), Qt::LeftButton, {},
+                        list()->visualItemRect(module(0)).center());
+    QCOMPARE(qobject_cast<BurnDataViewController *>(page()) != nullptr, module(1)->isSelected());
+}
+
+void ViewControllerTest::informationStaysWhereItIs()
+{
+    recorderAction(QStringLiteral("Information…"))->trigger();
+    const QPointer<Page> information = page();
+    QVERIFY(list()->selectedItems().isEmpty());
+    const auto other = std::make_shared<DescribedRecorder>(QVariantMap());
+    m_drive->service().attach(other);
+    QTRY_VERIFY(recorderAction(QStringLiteral("Described")));
+    m_drive->service().detach(other);
+    QTRY_VERIFY(!recorderAction(QStringLiteral("Described")));
+    recorderAction(QStringLiteral("Eject"))->trigger();
+    QCOMPARE(page(), information.data());
+    clickOn(module(0));
+    QVERIFY(page() && !information);
 }
 
 void ViewControllerTest::keyboardChangesPages()

@@ -1,6 +1,6 @@
 // Property-list files (XML or binary), read and written as Qt values: dictionary as QVariantMap,
-// array as QVariantList, string, integer (qint64), real (double), boolean, data (QByteArray) and
-// date (QDateTime, UTC). Any thread.
+// array as QVariantList, string, integer (qint64, not negative), real (double), boolean, data
+// (QByteArray) and date (QDateTime, UTC). Any thread.
 #pragma once
 
 #include "Result.h"

@@ -12,6 +12,12 @@ DRTrack DRTrack::trackForImageFile(const QString &path)
     return DRTrack(ImageFile{path});
 }
 
+QString DRTrack::folder() const
+{
+    const auto *folder = std::get_if<DRFolder>(&m_source);
+    return folder ? folder->path() : QString();
+}
+
 Result<TrackContent> DRTrack::prepare(const std::stop_token &stop) const
 {
     if (const auto *folder = std::get_if<DRFolder>(&m_source))

@@ -16,6 +16,9 @@ public:
     // A data track that is the image file's content as it is.
     [[nodiscard]] static DRTrack trackForImageFile(const QString &path);
 
+    // The folder that the track is made of; empty for an image file.
+    [[nodiscard]] QString folder() const;
+
     // Reads what is needed to know the track's exact length. Slow; on a job's thread. The error
     // names the file that cannot be read.
     [[nodiscard]] Result<TrackContent> prepare(const std::stop_token &stop) const;

@@ -1,5 +1,5 @@
 // How a job tells what it does: its state, how far it is, how fast, and how long it takes. The
-// fraction done never goes backwards, and speed is that of the last second. The job's thread.
+// fraction done never goes backwards, and speed is that of the last half second. The job's thread.
 #pragma once
 
 #include "Result.h"
@@ -36,7 +36,7 @@ public:
     // fails once the job is cancelled.
     [[nodiscard]] Result<> advance(qint64 bytes, double limit = 0);
 
-    // Speed of the last second, KB per second.
+    // Speed of the last half second, KB per second.
     [[nodiscard]] double currentSpeed() const { return m_speed; }
 
     // Sends the job's last state, DRStatusStateDone or DRStatusStateFailed.

@@ -5,12 +5,12 @@
 #include "MediaTypes.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QStandardPaths>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -18,12 +18,14 @@ namespace {
 
 const QString lockName = QStringLiteral("/lock");
 
+constexpr qint64 lookEvery = 50; // ms between two looks at the medium
+
 // Of the burn's percentage, where verifying begins.
 constexpr double verifyShare = 0.5;
 
 Failure withReason(const QString &what)
 {
-    return Failure{QStringLiteral("%1: %2").arg(what, QString::fromLocal8Bit(strerror(errno)))};
+    return Failure{QStringLiteral("%1: %2").arg(what, qt_error_string(errno))};
 }
 
 QVariantMap writeCapabilities()
@@ -54,6 +56,17 @@ QVariantMap writeCapabilities()
                                         DRDeviceCanWriteHDDVDRWDualLayerKey})
         capabilities.insert(key, true);
     return capabilities;
+}
+
+// Whether one of the tracks is made of a folder in which the path lies.
+bool contains(const QList<DRTrack> &tracks, const QString &path)
+{
+    const QString inner = QFileInfo(path).canonicalFilePath();
+    return std::ranges::any_of(tracks, [&](const DRTrack &track) {
+        const QString outer = QFileInfo(track.folder()).canonicalFilePath();
+        return !outer.isEmpty()
+               && (outer == inner || inner.startsWith(QDir(outer).filePath(QString())));
+    });
 }
 
 double singleSpeedOf(const VirtualMedium &medium)
@@ -187,11 +200,24 @@ Result<> VirtualRecorder::checkMedium(const VirtualMedium &medium) const
 // What is done after each piece: the pace is kept, and medium and cancelling are looked after.
 Advance VirtualRecorder::step(JobReport &report, const VirtualMedium &medium, double limit)
 {
-    return [this, &report, &medium, limit](qint64 bytes) {
-        const Result<> going = report.advance(bytes, limit);
+    QElapsedTimer sinceLook;
+    sinceLook.start();
+    return [this, &report, &medium, limit, sinceLook](qint64 bytes) mutable -> Result<> {
+        Result<> going = report.advance(bytes, limit);
         m_currentSpeed = report.currentSpeed();
-        return going ? checkMedium(medium) : going;
+        if (!going || sinceLook.elapsed() < lookEvery)
+            return going;
+        sinceLook.restart();
+        return checkMedium(medium);
     };
+}
+
+// The last moment at which a job can still be cancelled.
+Result<> VirtualRecorder::checkReadyToFinish(const VirtualMedium &medium,
+                                             const JobReport &report) const
+{
+    const Result<> going = report.checkStopped();
+    return going ? checkMedium(medium) : going;
 }
 
 Result<> VirtualRecorder::burn(const BurnRequest &request, JobReport &report)
@@ -202,6 +228,9 @@ Result<> VirtualRecorder::burn(const BurnRequest &request, JobReport &report)
         return medium.failure();
     if (!medium.value().isBlank())
         return Failure{QStringLiteral("The medium is not blank.")};
+    if (contains(request.tracks, mediumFolder()))
+        return Failure{QStringLiteral("The folder holds the files of the medium in the recorder, "
+                                      "which change while it is burned.")};
     const Result<DiscLayout> layout = DiscLayout::prepare(request.tracks, report.stopToken());
     if (!layout)
         return layout.failure();
@@ -235,8 +264,8 @@ Result<> VirtualRecorder::writeDisc(const TrackContent &track, const BurnRequest
         return done;
 
     report.setState(DRStatusStateFinishing);
-    if (const Result<> present = checkMedium(medium); !present)
-        return present;
+    if (const Result<> ready = checkReadyToFinish(medium, report); !ready)
+        return ready;
     if (!file.rename(m_tray.contentPath()))
         return Failure{QStringLiteral("%1: %2").arg(file.fileName(), file.errorString())};
     medium.state = VirtualMedium::State::Complete;
@@ -260,8 +289,8 @@ Result<> VirtualRecorder::writeAndVerify(const TrackContent &track, const BurnRe
     if (::fdatasync(file.handle()) != 0)
         return withReason(file.fileName());
     report.setState(DRStatusStateSessionClose);
-    if (!request.verify)
-        return Done{};
+    if (Result<> going = report.checkStopped(); !going || !request.verify)
+        return going;
     ::posix_fadvise(file.handle(), 0, 0, POSIX_FADV_DONTNEED);
     report.beginPhase(DRStatusStateVerifying, verifyShare, 1, track.byteCount(), singleSpeed);
     return track.compareWith(file.handle(), step(report, medium, 0));
@@ -290,8 +319,8 @@ Result<> VirtualRecorder::erase(EraseType type, JobReport &report)
         report.beginPhase(DRStatusStateErasing, 0, 1, 0, singleSpeedOf(medium));
     }
     report.setState(DRStatusStateFinishing);
-    if (const Result<> present = checkMedium(medium); !present)
-        return present;
+    if (const Result<> ready = checkReadyToFinish(medium, report); !ready)
+        return ready;
     m_tray.removeContent();
     medium.clear();
     return medium.store(mediumFolder());

@@ -54,6 +54,8 @@ private:
 
     [[nodiscard]] bool isBusy() const;
     [[nodiscard]] Result<QString> changeMedium(const std::function<Result<QString>()> &change);
+    [[nodiscard]] Result<> checkReadyToFinish(const VirtualMedium &medium,
+                                              const JobReport &report) const;
     [[nodiscard]] Result<> checkMedium(const VirtualMedium &medium) const;
     [[nodiscard]] Result<> writeDisc(const TrackContent &track, const BurnRequest &request,
                                      VirtualMedium medium, JobReport &report);

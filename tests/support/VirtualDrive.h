@@ -17,14 +17,27 @@ public:
     [[nodiscard]] DRDevice device() const { return DRDevice(m_recorder); }
     [[nodiscard]] RecordingService &service() { return m_service; }
 
-    // Path of a file of the medium in the recorder.
+    // A program that has this as its XDG_DATA_HOME has the same recorder.
+    [[nodiscard]] QString dataHome() const { return m_folder.path(); }
+
+    // Path of a file of the medium in the recorder; and the names of all of them.
     [[nodiscard]] QString mediumFile(const QString &name) const;
+    [[nodiscard]] QStringList mediumFiles() const;
 
     // Puts in a blank medium of that type that holds that many blocks (0: the real number).
     void insert(const QString &type, qint64 capacity = 0);
 
-    // Drops the recorder, as when its cable is pulled.
+    // Gives the medium in the recorder another capacity, in blocks.
+    void setCapacity(qint64 capacity);
+
+    // A file to burn, of that many bytes, none of them zero, in a folder kept for such. The result
+    // is its path.
+    QString makeSource(const QString &name, qint64 size) const;
+    [[nodiscard]] QString sourcePath(const QString &name) const;
+
+    // Drops the recorder, as when its cable is pulled; and plugs it in again.
     void detach() { m_service.detach(m_recorder); }
+    void attach() { m_service.attach(m_recorder); }
 
 private:
     QTemporaryDir m_folder;
@@ -32,3 +45,6 @@ private:
     std::shared_ptr<VirtualRecorder> m_recorder;
     std::unique_ptr<VirtualRecorderWatch> m_watch;
 };
+
+// The whole content of a file; empty where it cannot be read.
+[[nodiscard]] QByteArray fileContent(const QString &path);

@@ -23,10 +23,12 @@ qint64 endOfHole(const SourceFile &file, qint64 offset, qint64 end)
     return std::min<qint64>(data, end);
 }
 
+// The end of the data at an offset; never the offset itself, so that a pass goes on whatever a
+// file system says.
 qint64 endOfData(const SourceFile &file, qint64 offset, qint64 end)
 {
     const off_t hole = ::lseek(file.descriptor(), offset, SEEK_HOLE);
-    return hole < 0 ? end : std::min<qint64>(hole, end);
+    return hole <= offset ? end : std::min<qint64>(hole, end);
 }
 
 }

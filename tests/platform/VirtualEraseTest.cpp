@@ -1,0 +1,147 @@
+#include "BurnRun.h"
+#include "DRKeys.h"
+#include "TestMain.h"
+#include "VirtualDrive.h"
+
+#include <filesystem>
+
+class VirtualEraseTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_drive = std::make_unique<VirtualDrive>(); }
+    void cleanup() { m_drive.reset(); }
+
+    void whatCanBeErased_data();
+    void whatCanBeErased();
+    void completeLeavesNothing_data();
+    void completeLeavesNothing();
+    void quickIsNotOverwriting();
+    void states();
+    void cancelledHalfWay();
+    void burnedAgain();
+
+private:
+    [[nodiscard]] VirtualRecorder &recorder() const { return m_drive->recorder(); }
+    [[nodiscard]] QString path(const char *name) const
+    {
+        return m_drive->mediumFile(QString::fromLatin1(name));
+    }
+    void burn() const;
+
+    // Another name for a file, through which it is seen after its removal.
+    [[nodiscard]] QString linkTo(const QString &path) const;
+
+    std::unique_ptr<VirtualDrive> m_drive;
+};
+
+void VirtualEraseTest::burn() const
+{
+    BurnRequest request;
+    request.tracks = {
+        DRTrack::trackForImageFile(m_drive->makeSource(QStringLiteral("image.iso"), 3000000))};
+    const Result<> burned = BurnRun().burn(recorder(), request);
+    QVERIFY2(burned, qPrintable(burned.error()));
+}
+
+QString VirtualEraseTest::linkTo(const QString &path) const
+{
+    QString name = recorder().folder() + QStringLiteral("/link");
+    std::filesystem::create_hard_link(path.toStdString(), name.toStdString());
+    return name;
+}
+
+void VirtualEraseTest::whatCanBeErased_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<bool>("erasable");
+    const auto row = [](QLatin1StringView type, bool erasable) {
+        QTest::newRow(type.data()) << QString(type) << erasable;
+    };
+    row(DRDeviceMediaTypeCDR, false);
+    row(DRDeviceMediaTypeCDRW, true);
+    row(DRDeviceMediaTypeDVDPlusRDoubleLayer, false);
+    row(DRDeviceMediaTypeDVDRAM, true);
+    row(DRDeviceMediaTypeBDR, false);
+    row(DRDeviceMediaTypeBDRE, true);
+}
+
+void VirtualEraseTest::whatCanBeErased()
+{
+    QFETCH(const QString, type);
+    QFETCH(const bool, erasable);
+    m_drive->insert(type);
+    burn();
+    const QByteArray content = fileContent(path("disc.iso"));
+    for (const EraseType kind : {EraseType::Quick, EraseType::Complete})
+        QCOMPARE(static_cast<bool>(BurnRun().erase(recorder(), kind)), erasable);
+    QCOMPARE(m_drive->device().mediaIsBlank(), erasable);
+    QCOMPARE(fileContent(path("disc.iso")), erasable ? QByteArray() : content);
+}
+
+void VirtualEraseTest::completeLeavesNothing_data()
+{
+    QTest::addColumn<QString>("left");
+    QTest::newRow("by a burn") << QStringLiteral("disc.iso");
+    QTest::newRow("by a burn that was cut off") << QStringLiteral("disc.iso.part");
+}
+
+void VirtualEraseTest::completeLeavesNothing()
+{
+    QFETCH(const QString, left);
+    burn();
+    QVERIFY(left == QLatin1String("disc.iso")
+            || QFile::rename(path("disc.iso"), m_drive->mediumFile(left)));
+    const QString link = linkTo(m_drive->mediumFile(left));
+    const qint64 size = QFileInfo(link).size();
+    QVERIFY(BurnRun().erase(recorder(), EraseType::Complete));
+    QCOMPARE(fileContent(link).count('\0'), size);
+    QCOMPARE(m_drive->mediumFiles(), QStringList{QStringLiteral("medium.plist")});
+}
+
+void VirtualEraseTest::quickIsNotOverwriting()
+{
+    burn();
+    const QString link = linkTo(path("disc.iso"));
+    QVERIFY(BurnRun().erase(recorder(), EraseType::Quick));
+    QCOMPARE(fileContent(link).count('\0'), 3000000 % 2048 ? 2048 - 3000000 % 2048 : 0);
+    QCOMPARE(m_drive->mediumFiles(), QStringList{QStringLiteral("medium.plist")});
+}
+
+void VirtualEraseTest::states()
+{
+    burn();
+    for (const EraseType type : {EraseType::Complete, EraseType::Quick}) {
+        BurnRun run;
+        QVERIFY(run.erase(recorder(), type)); // the second time of a medium that is blank already
+        QCOMPARE(run.states(),
+                 (QStringList{QString(DRStatusStateErasing), QString(DRStatusStateFinishing)}));
+        QVERIFY(std::ranges::is_sorted(run.fractions()));
+        QCOMPARE(run.fractions().last(), 1.0);
+    }
+}
+
+void VirtualEraseTest::cancelledHalfWay()
+{
+    burn();
+    BurnRun run;
+    run.at(DRStatusStateErasing, [&run] { run.stop(); });
+    QVERIFY(!run.erase(recorder(), EraseType::Complete));
+    QVERIFY(!m_drive->device().mediaIsBlank());
+    QVERIFY(!QFile::exists(path("disc.iso")));
+    QVERIFY(BurnRun().erase(recorder(), EraseType::Quick));
+    QVERIFY(m_drive->device().mediaIsBlank());
+    QCOMPARE(m_drive->mediumFiles(), QStringList{QStringLiteral("medium.plist")});
+}
+
+void VirtualEraseTest::burnedAgain()
+{
+    burn();
+    QVERIFY(BurnRun().erase(recorder(), EraseType::Quick));
+    burn();
+    QVERIFY(!m_drive->device().mediaIsBlank());
+}
+
+MAPLORN_TEST_MAIN(VirtualEraseTest)
+#include "VirtualEraseTest.moc"

@@ -55,12 +55,6 @@ private:
     QSemaphore m_end;
 };
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 }
 
 class BurnDataTest : public QObject
@@ -304,8 +298,8 @@ void BurnDataTest::burnsFolderAndVerifies()
     QTRY_VERIFY(!page.page->hasRunningJob());
     QCOMPARE(page.control<QGroupBox>("progressBox")->title(), QStringLiteral("Finishing"));
     QCOMPARE(page.control<QProgressBar>("progressIndicator")->value(), 100);
-    QVERIFY(contentOf(page.drive.mediumFile(QStringLiteral("disc.iso")))
-                .contains(contentOf(path(QStringLiteral("-file")))));
+    QVERIFY(fileContent(page.drive.mediumFile(QStringLiteral("disc.iso")))
+                .contains(fileContent(path(QStringLiteral("-file")))));
     QVERIFY(
         !RecorderLock::isHeldElsewhere(page.drive.recorder().folder() + QStringLiteral("/lock")));
     QVERIFY(!page.drive.device().mediaIsReserved());
@@ -320,7 +314,7 @@ void BurnDataTest::burnsImageAsItIs()
     AlertRecorder alerts;
     page.startBurn(alerts);
     QTRY_VERIFY(!page.page->hasRunningJob());
-    QCOMPARE(contentOf(page.drive.mediumFile(QStringLiteral("disc.iso"))), contentOf(source));
+    QCOMPARE(fileContent(page.drive.mediumFile(QStringLiteral("disc.iso"))), fileContent(source));
 }
 
 void BurnDataTest::controlsWhileBurning()

@@ -21,12 +21,6 @@ void writeFile(const QString &path, const QByteArray &content)
     QCOMPARE(file.write(content), content.size());
 }
 
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 }
 
 class RepositoryTest : public QObject
@@ -70,7 +64,7 @@ void RepositoryTest::copiesEverything()
     QVERIFY(DataRepository::save(Kind::Folder, source + QLatin1Char('/'), {}));
     const QString copy = DataRepository::pathOf(Kind::Folder, QStringLiteral("My Folder"));
     QCOMPARE(copy, MiscTool::getCachedPath() + QStringLiteral("/Repository/Data/Folder/My Folder"));
-    QCOMPARE(contentOf(copy + QStringLiteral("/.hidden/中文 é")), QByteArray("text"));
+    QCOMPARE(fileContent(copy + QStringLiteral("/.hidden/中文 é")), QByteArray("text"));
     QVERIFY(QDir(copy + QStringLiteral("/empty")).exists());
     QCOMPARE(QFileInfo(copy + QStringLiteral("/link")).symLinkTarget(), QStringLiteral("/nowhere"));
     QCOMPARE(QFileInfo(copy).lastModified(), QFileInfo(source).lastModified());
@@ -87,7 +81,7 @@ void RepositoryTest::newCopyReplacesTheOld()
     QVERIFY(DataRepository::save(Kind::Folder, source, {}));
     const QString copy = DataRepository::pathOf(Kind::Folder, QStringLiteral("folder"));
     QVERIFY(!QFile::exists(copy + QStringLiteral("/old")));
-    QCOMPARE(contentOf(copy + QStringLiteral("/new")), QByteArray("new"));
+    QCOMPARE(fileContent(copy + QStringLiteral("/new")), QByteArray("new"));
 }
 
 void RepositoryTest::failedCopyLosesNothing_data()
@@ -110,7 +104,7 @@ void RepositoryTest::failedCopyLosesNothing()
     else
         stop.request_stop();
     QVERIFY(!DataRepository::save(Kind::Image, source, stop.get_token()));
-    QCOMPARE(contentOf(DataRepository::pathOf(Kind::Image, QStringLiteral("disc.iso"))),
+    QCOMPARE(fileContent(DataRepository::pathOf(Kind::Image, QStringLiteral("disc.iso"))),
              QByteArray("first"));
 }
 
@@ -119,7 +113,7 @@ void RepositoryTest::copyOntoItselfChangesNothing()
     const QString copy = DataRepository::pathOf(Kind::Folder, QStringLiteral("kept"));
     writeFile(copy + QStringLiteral("/file"), "content");
     QVERIFY(DataRepository::save(Kind::Folder, copy, {}));
-    QCOMPARE(contentOf(copy + QStringLiteral("/file")), QByteArray("content"));
+    QCOMPARE(fileContent(copy + QStringLiteral("/file")), QByteArray("content"));
 }
 
 void RepositoryTest::repositoryIsNotCopiedIntoItself()
@@ -128,7 +122,7 @@ void RepositoryTest::repositoryIsNotCopiedIntoItself()
     writeFile(documents + QStringLiteral("/letter"), "text");
     QVERIFY(DataRepository::save(Kind::Folder, documents, {}));
     const QString copy = DataRepository::pathOf(Kind::Folder, QFileInfo(documents).fileName());
-    QCOMPARE(contentOf(copy + QStringLiteral("/letter")), QByteArray("text"));
+    QCOMPARE(fileContent(copy + QStringLiteral("/letter")), QByteArray("text"));
     QVERIFY(!QFile::exists(copy + QStringLiteral("/Repository")));
 }
 

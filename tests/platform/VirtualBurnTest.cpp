@@ -173,7 +173,7 @@ void VirtualBurnTest::refusedWithMediumUntouched_data()
 {
     QTest::addColumn<QString>("fault");
     for (const char *fault : {"larger than the medium", "source missing", "empty image",
-                              "folder missing", "no track", "two tracks"})
+                              "folder missing", "no track", "two tracks", "medium in the source"})
         QTest::newRow(fault) << QString::fromLatin1(fault);
 }
 
@@ -188,6 +188,9 @@ void VirtualBurnTest::refusedWithMediumUntouched()
         request.tracks = {DRTrack::trackForImageFile(missing)};
     if (fault == QLatin1String("folder missing"))
         request.tracks = {DRTrack::trackForRootFolder(DRFolder::folderWithPath(missing))};
+    if (fault == QLatin1String("medium in the source"))
+        request.tracks = {
+            DRTrack::trackForRootFolder(DRFolder::folderWithPath(recorder().folder()))};
     if (fault == QLatin1String("no track"))
         request.tracks.clear();
     if (fault == QLatin1String("two tracks"))
@@ -243,21 +246,27 @@ void VirtualBurnTest::flippedByteFailsVerifying()
 void VirtualBurnTest::cancelled_data()
 {
     QTest::addColumn<QString>("state");
+    QTest::addColumn<bool>("verify");
     for (const QLatin1StringView state :
          {DRStatusStateSessionOpen, DRStatusStateTrackOpen, DRStatusStateTrackWrite,
-          DRStatusStateTrackClose, DRStatusStateSessionClose, DRStatusStateVerifying})
-        QTest::newRow(state.data()) << QString(state);
+          DRStatusStateTrackClose, DRStatusStateSessionClose, DRStatusStateVerifying,
+          DRStatusStateFinishing})
+        QTest::newRow(state.data()) << QString(state) << true;
+    QTest::newRow("while the data are brought to the disk, nothing to verify")
+        << QString(DRStatusStateTrackClose) << false;
 }
 
 void VirtualBurnTest::cancelled()
 {
     QFETCH(const QString, state);
+    QFETCH(const bool, verify);
     BurnRequest request = imageOf(1500 * blockSize);
-    request.verify = true;
+    request.verify = verify;
     BurnRun run;
     run.at(state, [&run] { run.stop(); });
     QVERIFY(!run.burn(recorder(), request));
-    QVERIFY(!run.states().contains(QString(DRStatusStateFinishing)));
+    QVERIFY(run.states().last() == state
+            || !run.states().contains(QString(DRStatusStateFinishing)));
     verifyUnusable();
     QVERIFY(!device().status().value(DRDeviceIsBusyKey).toBool());
     QVERIFY(recorder().eject());

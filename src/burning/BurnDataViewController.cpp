@@ -6,6 +6,7 @@
 #include "Checks.h"
 #include "DRKeys.h"
 #include "DRNotificationCenter.h"
+#include "Fields.h"
 #include "FileTools.h"
 #include "FormatTools.h"
 #include "Localized.h"
@@ -27,16 +28,9 @@ std::unique_ptr<Ui::BurnData> madeForm(QWidget *page)
     return form;
 }
 
-// A field whose background is given, with text that can be read on it.
-void setBackground(QWidget *field, const QColor &background)
-{
-    QPalette palette = field->palette();
-    palette.setColor(QPalette::Base, background);
-    palette.setColor(QPalette::Text, background.lightnessF() > 0.4F ? Qt::black : Qt::white);
-    field->setPalette(palette);
 }
 
-}
+BurnDataViewController::~BurnDataViewController() = default;
 
 BurnDataViewController *BurnDataViewController::getViewController()
 {
@@ -50,8 +44,6 @@ BurnDataViewController::BurnDataViewController()
 {
     connectControls();
 }
-
-BurnDataViewController::~BurnDataViewController() = default;
 
 void BurnDataViewController::connectControls()
 {
@@ -73,7 +65,7 @@ void BurnDataViewController::connectControls()
 
 void BurnDataViewController::viewDidLoad()
 {
-    setBackground(m_ui->sourceField, Qt::white);
+    Fields::setBackground(m_ui->sourceField, Qt::white);
     refreshAction();
     m_devices.observe();
 }
@@ -90,14 +82,9 @@ QVariantMap BurnDataViewController::medium() const
     return selectedDevice().status().value(DRDeviceMediaInfoKey).toMap();
 }
 
-void BurnDataViewController::loadDevices()
-{
-    m_devices.loadDevices();
-}
-
 void BurnDataViewController::refreshAction()
 {
-    loadDevices();
+    m_devices.loadDevices();
     showMedium();
 }
 
@@ -313,8 +300,9 @@ void BurnDataViewController::setAllStatus(bool enabled)
         control->setEnabled(enabled);
     m_enabled = enabled;
     updateBurnButton();
-    setBackground(m_ui->sourceField, enabled ? QColor(Qt::white)
-                                             : palette().color(QPalette::Disabled, QPalette::Text));
+    Fields::setBackground(m_ui->sourceField,
+                          enabled ? QColor(Qt::white)
+                                  : palette().color(QPalette::Disabled, QPalette::Text));
     for (QWidget *control :
          std::initializer_list<QWidget *>{m_ui->stopButton, m_ui->openButton, m_ui->saveButton})
         control->setEnabled(!enabled);

@@ -33,7 +33,6 @@ private:
     BurnDataViewController();
 
     void connectControls();
-    void loadDevices();
     void showMedium();
     void setAllStatus(bool enabled);
 

@@ -105,3 +105,33 @@ const MediaType *MediaTypes::findByCommandName(const QString &name)
 {
     return findIf([&](const MediaType &medium) { return medium.commandName() == name.toLower(); });
 }
+
+QVariantMap MediaTypes::writeCapabilities()
+{
+    QVariantMap capabilities;
+    for (const QLatin1StringView key : {DRDeviceCanWriteKey,
+                                        DRDeviceCanWriteCDKey,
+                                        DRDeviceCanWriteCDRKey,
+                                        DRDeviceCanWriteCDRWKey,
+                                        DRDeviceCanWriteDVDKey,
+                                        DRDeviceCanWriteDVDRKey,
+                                        DRDeviceCanWriteDVDRDualLayerKey,
+                                        DRDeviceCanWriteDVDRWKey,
+                                        DRDeviceCanWriteDVDRWDualLayerKey,
+                                        DRDeviceCanWriteDVDRAMKey,
+                                        DRDeviceCanWriteDVDPlusRKey,
+                                        DRDeviceCanWriteDVDPlusRDoubleLayerKey,
+                                        DRDeviceCanWriteDVDPlusRWKey,
+                                        DRDeviceCanWriteDVDPlusRWDoubleLayerKey,
+                                        DRDeviceCanWriteBDKey,
+                                        DRDeviceCanWriteBDRKey,
+                                        DRDeviceCanWriteBDREKey,
+                                        DRDeviceCanWriteHDDVDKey,
+                                        DRDeviceCanWriteHDDVDRKey,
+                                        DRDeviceCanWriteHDDVDRDualLayerKey,
+                                        DRDeviceCanWriteHDDVDRAMKey,
+                                        DRDeviceCanWriteHDDVDRWKey,
+                                        DRDeviceCanWriteHDDVDRWDualLayerKey})
+        capabilities.insert(key, true);
+    return capabilities;
+}

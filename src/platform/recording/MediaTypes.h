@@ -4,6 +4,7 @@
 #include <QLatin1StringView>
 #include <QList>
 #include <QString>
+#include <QVariantMap>
 
 #include <span>
 
@@ -32,5 +33,8 @@ namespace MediaTypes {
 // Null for a type that cannot be written or is not known.
 [[nodiscard]] const MediaType *find(const QString &type);
 [[nodiscard]] const MediaType *findByCommandName(const QString &name);
+
+// The write capabilities (DRDeviceCanWrite… keys) of a recorder that writes all of them.
+[[nodiscard]] QVariantMap writeCapabilities();
 
 }

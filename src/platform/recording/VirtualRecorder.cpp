@@ -28,36 +28,6 @@ Failure withReason(const QString &what)
     return Failure{QStringLiteral("%1: %2").arg(what, qt_error_string(errno))};
 }
 
-QVariantMap writeCapabilities()
-{
-    QVariantMap capabilities;
-    for (const QLatin1StringView key : {DRDeviceCanWriteKey,
-                                        DRDeviceCanWriteCDKey,
-                                        DRDeviceCanWriteCDRKey,
-                                        DRDeviceCanWriteCDRWKey,
-                                        DRDeviceCanWriteDVDKey,
-                                        DRDeviceCanWriteDVDRKey,
-                                        DRDeviceCanWriteDVDRDualLayerKey,
-                                        DRDeviceCanWriteDVDRWKey,
-                                        DRDeviceCanWriteDVDRWDualLayerKey,
-                                        DRDeviceCanWriteDVDRAMKey,
-                                        DRDeviceCanWriteDVDPlusRKey,
-                                        DRDeviceCanWriteDVDPlusRDoubleLayerKey,
-                                        DRDeviceCanWriteDVDPlusRWKey,
-                                        DRDeviceCanWriteDVDPlusRWDoubleLayerKey,
-                                        DRDeviceCanWriteBDKey,
-                                        DRDeviceCanWriteBDRKey,
-                                        DRDeviceCanWriteBDREKey,
-                                        DRDeviceCanWriteHDDVDKey,
-                                        DRDeviceCanWriteHDDVDRKey,
-                                        DRDeviceCanWriteHDDVDRDualLayerKey,
-                                        DRDeviceCanWriteHDDVDRAMKey,
-                                        DRDeviceCanWriteHDDVDRWKey,
-                                        DRDeviceCanWriteHDDVDRWDualLayerKey})
-        capabilities.insert(key, true);
-    return capabilities;
-}
-
 // Whether one of the tracks is made of a folder in which the path lies.
 bool contains(const QList<DRTrack> &tracks, const QString &path)
 {
@@ -162,7 +132,7 @@ QVariantMap VirtualRecorder::info() const
             {DRDeviceSupportLevelKey, QString(DRDeviceSupportLevelSupported)},
             {DRDeviceVendorNameKey, QStringLiteral("Maplorn")},
             {DRDeviceWriteBufferSizeKey, 1024},
-            {DRDeviceWriteCapabilitiesKey, writeCapabilities()}};
+            {DRDeviceWriteCapabilitiesKey, MediaTypes::writeCapabilities()}};
 }
 
 QVariantMap VirtualRecorder::status() const

@@ -172,9 +172,9 @@ private:
         click(find<QPushButton>("sourceButton"));
         require(QTest::qWaitFor([this] { return chooser() != nullptr; }, soon),
                 QStringLiteral("no file chooser"));
-        auto *name = chooser()->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));
-        name->setText(m_folder); // typed, it would be completed to something else
         shoot(QStringLiteral("data-chooser"));
+        // At once: left alone, the chooser completes what is typed to something else.
+        chooser()->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(m_folder);
         click(chooser()->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Open));
         auto *field = find<QLineEdit>("sourceField");
         require(QTest::qWaitFor([&] { return field->text() == m_folder; }, soon),

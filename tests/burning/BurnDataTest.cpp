@@ -150,7 +150,7 @@ void BurnDataTest::selectChecksTheMedium()
         page.chooseType(1);
         page.choose(image(blockSize));
         page.startBurn(alerts);
-        QTRY_VERIFY(!page.page->hasRunningJob());
+        page.waitForEnd();
         page.click("mediaTypeButton");
         QCOMPARE(page.control<QLabel>("discSizeLabel")->text(), QStringLiteral("0 Bytes"));
     }
@@ -295,7 +295,7 @@ void BurnDataTest::burnsFolderAndVerifies()
     AlertRecorder alerts;
     page.startBurn(alerts);
     QCOMPARE(alerts.seen().first().buttons, (QList{QMessageBox::Ok, QMessageBox::Cancel}));
-    QTRY_VERIFY(!page.page->hasRunningJob());
+    page.waitForEnd();
     QCOMPARE(page.control<QGroupBox>("progressBox")->title(), QStringLiteral("Finishing"));
     QCOMPARE(page.control<QProgressBar>("progressIndicator")->value(), 100);
     QVERIFY(fileContent(page.drive.mediumFile(QStringLiteral("disc.iso")))
@@ -313,7 +313,7 @@ void BurnDataTest::burnsImageAsItIs()
     page.choose(source);
     AlertRecorder alerts;
     page.startBurn(alerts);
-    QTRY_VERIFY(!page.page->hasRunningJob());
+    page.waitForEnd();
     QCOMPARE(fileContent(page.drive.mediumFile(QStringLiteral("disc.iso"))), fileContent(source));
 }
 
@@ -339,7 +339,7 @@ void BurnDataTest::controlsWhileBurning()
     QCOMPARE(inputs(), 0);
     QCOMPARE(others(), 1);
     QVERIFY(Session::isWorking());
-    QTRY_VERIFY(!page.page->hasRunningJob());
+    page.waitForEnd();
     QCOMPARE(inputs(), 1);
     QCOMPARE(others(), 0);
     QVERIFY(!Session::isWorking());
@@ -358,7 +358,7 @@ void BurnDataTest::speedTextWhileWriting()
     static const QRegularExpression form(
         QStringLiteral("^ \\[ \\d+X - \\d+(\\.\\d)? (Bytes|KB|MB)/S \\]$"));
     QVERIFY2(form.match(label->text()).hasMatch(), qPrintable(label->text()));
-    QTRY_VERIFY(!page.page->hasRunningJob());
+    page.waitForEnd();
 }
 
 void BurnDataTest::failureTellsItsReason()
@@ -371,7 +371,8 @@ void BurnDataTest::failureTellsItsReason()
     AlertRecorder alerts;
     page.startBurn(alerts);
     const auto *box = page.control<QGroupBox>("progressBox");
-    QTRY_COMPARE(box->title(), QStringLiteral("Failed"));
+    page.waitForEnd();
+    QCOMPARE(box->title(), QStringLiteral("Failed"));
     QVERIFY(box->toolTip().contains(QStringLiteral("source.iso")));
     QCOMPARE(page.control<QProgressBar>("progressIndicator")->value(), 0);
     QVERIFY(!Session::isWorking());
@@ -427,7 +428,7 @@ void BurnDataTest::lateEndLeavesTheNewerBurnAlone()
     QVERIFY(Session::isWorking());
     QVERIFY(page.drive.device().mediaIsReserved());
     QVERIFY(page.control<QGroupBox>("progressBox")->title() != QStringLiteral("Failed"));
-    QTRY_VERIFY_WITH_TIMEOUT(!page.page->hasRunningJob(), 20000);
+    page.waitForEnd();
     QVERIFY(QFile::exists(page.drive.mediumFile(QStringLiteral("disc.iso"))));
 }
 

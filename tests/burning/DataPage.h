@@ -65,6 +65,9 @@ public:
         QTRY_VERIFY(alerts.isDone());
     }
 
+    // A burn ends when its data are on the disk, which takes long where that is busy.
+    void waitForEnd() const { QTRY_VERIFY_WITH_TIMEOUT(!page->hasRunningJob(), 60000); }
+
     VirtualDrive drive;
     std::unique_ptr<BurnDataViewController> page;
 };

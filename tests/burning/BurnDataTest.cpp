@@ -13,6 +13,8 @@
 #include <QRandomGenerator>
 #include <QSemaphore>
 
+#include <atomic>
+
 namespace {
 
 constexpr qint64 blockSize = 2048;
@@ -46,12 +48,15 @@ public:
 
     [[nodiscard]] Result<> burn(const BurnRequest &, JobReport &) override
     {
+        m_begun = true;
         m_end.acquire();
         return Failure{QStringLiteral("ended late")};
     }
+    [[nodiscard]] bool hasBegun() const { return m_begun; }
     void end() { m_end.release(); }
 
 private:
+    std::atomic_bool m_begun = false;
     QSemaphore m_end;
 };
 
@@ -413,6 +418,7 @@ void BurnDataTest::lateEndLeavesTheNewerBurnAlone()
     devices->setCurrentIndex(1);
     AlertRecorder alerts;
     page.startBurn(alerts);
+    QTRY_VERIFY(slow->hasBegun()); // aborted before, it would end at once
     alerts.expect(QStringLiteral("Are you sure to abort the burning?"),
                   QStringLiteral("The abort will leave the data incomplete on the disc"));
     page.click("stopButton");

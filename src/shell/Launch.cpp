@@ -10,6 +10,14 @@
 
 #include <algorithm>
 
+Q_LOGGING_CATEGORY(serviceLog, "maplorn.service")
+
+void prepareForWebPages()
+{
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    qputenv("QSG_RHI_BACKEND", "opengl");
+}
+
 ApplicationSetup::ApplicationSetup(QCoreApplication &application)
 {
     QCoreApplication::setApplicationName(QStringLiteral("maplorn-disc"));
@@ -41,5 +49,14 @@ std::unique_ptr<VirtualRecorderWatch> attachVirtualRecorder(RecordingService &se
     if (recorder)
         return std::make_unique<VirtualRecorderWatch>(service, recorder.value());
     qCWarning(recordingLog) << "no virtual recorder:" << recorder.error();
+    return nullptr;
+}
+
+std::unique_ptr<OwnService> startOwnService()
+{
+    Result<std::unique_ptr<OwnService>> started = OwnService::startIfNeeded();
+    if (started)
+        return std::move(started.value());
+    qCWarning(serviceLog) << "no service:" << started.error();
     return nullptr;
 }

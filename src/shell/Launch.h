@@ -1,6 +1,7 @@
 // What the program and its tour do alike before they show the window. Main thread.
 #pragma once
 
+#include "OwnService.h"
 #include "VirtualRecorderWatch.h"
 
 #include <QTranslator>
@@ -10,6 +11,9 @@
 
 class QCoreApplication;
 class RecordingService;
+
+// What must be set before the application object is made, so that a web view can be loaded later.
+void prepareForWebPages();
 
 // Names, style, icon and texts of the application; lives as long as it.
 class ApplicationSetup
@@ -25,3 +29,7 @@ private:
 // cannot be made.
 [[nodiscard]] std::unique_ptr<VirtualRecorderWatch>
 attachVirtualRecorder(RecordingService &service);
+
+// Starts the service of this machine where no other is configured; null, with the reason in the
+// log, where it does not start.
+[[nodiscard]] std::unique_ptr<OwnService> startOwnService();

@@ -2,7 +2,10 @@
 
 #include "BurnDataViewController.h"
 #include "ComingPage.h"
+#include "HomeViewController.h"
 #include "Localized.h"
+#include "LogoutViewController.h"
+#include "RateViewController.h"
 
 #include <array>
 
@@ -27,7 +30,7 @@ Page *coming(const QString &name)
 }
 
 constexpr std::array modules{
-    Module{QT_TRANSLATE_NOOP("ViewController", "Home"), "store32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Home"), "store32", &made<HomeViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Data"), "burnData32",
            &made<BurnDataViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Music"), "burnMusic32", &coming},
@@ -38,8 +41,9 @@ constexpr std::array modules{
     Module{QT_TRANSLATE_NOOP("ViewController", "Profile"), "profile32", &coming},
     Module{QT_TRANSLATE_NOOP("ViewController", "Notification"), "inventory32", &coming},
     Module{QT_TRANSLATE_NOOP("ViewController", "Support"), "settings32", &coming},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Rate"), "businessContinent32", &coming},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Logout"), "logout32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Rate"), "businessContinent32",
+           &made<RateViewController>},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Logout"), "logout32", &made<LogoutViewController>},
 };
 
 }

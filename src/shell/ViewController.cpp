@@ -5,8 +5,14 @@
 #include "DRKeys.h"
 #include "DRNotificationCenter.h"
 #include "Localized.h"
+#include "LoginViewController.h"
+#include "LogoutViewController.h"
+#include "MainQueue.h"
+#include "NoticeOfPreloginViewController.h"
+#include "NotificationPopUps.h"
 #include "Preferences.h"
 #include "RunningJobs.h"
+#include "Session.h"
 #include "ui_ViewController.h"
 
 #include <QCloseEvent>
@@ -79,13 +85,37 @@ ViewController::~ViewController()
 void ViewController::showEvent(QShowEvent *event)
 {
     QMainWindow::showEvent(event);
+    // Queued, so that the window is painted before it asks the service for anything.
     if (!event->spontaneous())
-        viewDidAppear();
+        MainQueue::async(this, [this] { viewDidAppear(); });
 }
 
 void ViewController::viewDidAppear()
 {
+    const std::optional<UserxJson> user = Session::getLoggedUserxJson();
+    if (!user) {
+        presentSignIn();
+        return;
+    }
+    if (user->Userx.isEmpty())
+        Session::clear();
     reloadData();
+}
+
+// The notice first; the sheet to sign in waits until it has been closed.
+void ViewController::presentSignIn()
+{
+    if (m_loginViewController)
+        return;
+    m_loginViewController = LoginViewController::getViewController(this);
+    m_loginViewController->setAttribute(Qt::WA_DeleteOnClose);
+    connect(m_loginViewController, &LoginViewController::loggedIn, this,
+            &ViewController::reloadData);
+    connect(m_loginViewController, &LoginViewController::exited, this, &QWidget::close);
+    auto *notice = NoticeOfPreloginViewController::getViewController(this);
+    notice->setAttribute(Qt::WA_DeleteOnClose);
+    connect(notice, &QDialog::finished, m_loginViewController, &QDialog::open);
+    notice->open();
 }
 
 void ViewController::reloadData()
@@ -96,6 +126,7 @@ void ViewController::reloadData()
         initialSelect();
     else if (!m_currentViewController)
         outlineViewClicked(itemAt(m_lastIndex)); // its page was made anew
+    NotificationPopUps::showNotification();
 }
 
 void ViewController::initModules()
@@ -109,6 +140,9 @@ void ViewController::initModules()
         if (keep)
             modules[i].controller = old.at(i).controller;
     }
+    for (const ModuleItem &module : std::as_const(modules))
+        if (auto *logout = qobject_cast<LogoutViewController *>(module.controller))
+            logout->setMainWindow(this);
     m_modulesDict = {{localized("ViewController", Modules::groupKey), modules}};
 }
 
@@ -213,7 +247,9 @@ int ViewController::rowOf(QTreeWidgetItem *item)
 QTreeWidgetItem *ViewController::itemAt(int row) const
 {
     QTreeWidgetItem *group = m_ui->outlineView->topLevelItem(0);
-    return row == 0 ? group : group->child(row - 1);
+    if (!group || row == 0)
+        return group;
+    return group->child(row - 1);
 }
 
 void ViewController::makeMenus()
@@ -279,7 +315,7 @@ void ViewController::insertMedium(const DRDevice &device, const QString &type)
 // The page shown looks at its medium afresh when it appears again.
 void ViewController::showMediumChanged()
 {
-    if (!m_extraPage)
+    if (!m_extraPage && m_initialSelected)
         outlineViewClicked(itemAt(m_lastIndex));
 }
 

@@ -12,6 +12,7 @@
 
 #include <memory>
 
+class LoginViewController;
 class QTreeWidgetItem;
 struct DRNotification;
 
@@ -27,8 +28,8 @@ public:
     ViewController();
     ~ViewController() override;
 
-    // Makes the modules anew and shows the first at the first time. A page with a running job is
-    // kept.
+    // Makes the modules anew, shows the first at the first time, then the unread notifications.
+    // A page with a running job is kept.
     void reloadData();
 
 protected:
@@ -37,6 +38,7 @@ protected:
 
 private:
     void viewDidAppear();
+    void presentSignIn();
     void initModules();
     void postInits();
     void reloadList();
@@ -67,6 +69,7 @@ private:
 
     std::unique_ptr<Ui::ViewController> m_ui;
     QMap<QString, QList<ModuleItem>> m_modulesDict;
+    QPointer<LoginViewController> m_loginViewController; // while nobody is signed in
     QPointer<Page> m_currentViewController;
     std::unique_ptr<Page> m_extraPage; // that stands in no list: information, portal
     int m_lastIndex = -1;              // row of the list that was clicked last

@@ -6,6 +6,7 @@
 #include "DRKeys.h"
 #include "DescribedRecorder.h"
 #include "RunningJobs.h"
+#include "Session.h"
 #include "VirtualDrive.h"
 #include "WindowTestMain.h"
 
@@ -52,6 +53,8 @@ private Q_SLOTS:
     void placeIsRemembered();
 
 private:
+    void show();
+
     [[nodiscard]] QTreeWidget *list() const
     {
         return m_window->findChild<QTreeWidget *>(QStringLiteral("outlineView"));
@@ -95,6 +98,14 @@ private:
 void ViewControllerTest::init()
 {
     m_drive = std::make_unique<VirtualDrive>();
+    Session::setLoggedUserDict({{QStringLiteral("ID"), QStringLiteral("1")},
+                                {QStringLiteral("Userx"), QStringLiteral("root")}});
+    show();
+    QTRY_COMPARE(list()->topLevelItemCount(), 1);
+}
+
+void ViewControllerTest::show()
+{
     m_window = std::make_unique<ViewController>();
     m_window->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));

@@ -13,6 +13,7 @@
     {                                                                                              \
         const TestEnvironment environment;                                                         \
         QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);                               \
+        prepareForWebPages();                                                                      \
         QApplication application(argc, argv);                                                      \
         const ApplicationSetup setup(application);                                                 \
         TestClass test;                                                                            \

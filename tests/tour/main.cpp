@@ -1,5 +1,6 @@
-// The unattended tour: drives the real window as a person would, by its controls. Shows every
-// module, burns a folder with verification, prints what it does, and leaves screenshots.
+// The unattended tour: drives the real window as a person would, by its controls. Signs in, shows
+// every module, burns a folder with verification, signs out, prints what it does, and leaves
+// screenshots.
 //   maplorn-tour FOLDER SHOTS
 #include "AppDelegate.h"
 #include "DRKeys.h"
@@ -8,6 +9,7 @@
 #include "MediaTools.h"
 #include "MediaTypes.h"
 #include "RecordingService.h"
+#include "Session.h"
 #include "ViewController.h"
 
 #include <QApplication>
@@ -33,6 +35,7 @@ namespace {
 
 constexpr int soon = 10 * 1000;          // ms that the window may take for what is done at once
 constexpr int measured = 10 * 60 * 1000; // ms that measuring the folder may take
+constexpr int aPage = 3 * 1000; // ms that a web page may take to be drawn
 constexpr int burned = 24 * 60 * 60 * 1000;
 
 void say(const QString &line)
@@ -52,6 +55,13 @@ void require(bool condition, const QString &otherwise)
         fail(otherwise);
 }
 
+// The alert that stands in the way; null without one.
+QMessageBox *alert()
+{
+    auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+    return box && box->windowModality() == Qt::ApplicationModal ? box : nullptr;
+}
+
 class Tour
 {
 public:
@@ -67,6 +77,7 @@ public:
         QDir().mkpath(m_shots);
         m_window.show();
         require(QTest::qWaitForWindowExposed(&m_window), QStringLiteral("no window"));
+        signIn();
         passModules();
         openModule(QStringLiteral("Data"));
         provideMedium();
@@ -78,6 +89,7 @@ public:
         m_window.resize(size);
         burn();
         shoot(QStringLiteral("data-done"));
+        signOut();
     }
 
 private:
@@ -89,6 +101,12 @@ private:
             if (control->isVisible())
                 return control;
         fail(QStringLiteral("no %1 to be seen").arg(QLatin1StringView(name)));
+    }
+
+    bool isShown(const char *name)
+    {
+        const auto *control = m_window.findChild<QWidget *>(QLatin1StringView(name));
+        return control && control->isVisible();
     }
 
     static void click(QWidget *control) { QTest::mouseClick(control, Qt::LeftButton); }
@@ -131,8 +149,71 @@ private:
             const QString name = group->child(i)->text(0);
             say(QStringLiteral("Opening %1").arg(name));
             openModule(name);
+            if (name == QLatin1StringView("Home"))
+                waitForHome();
             shoot(QStringLiteral("page-%1").arg(name.toLower()));
         }
+        answer(QMessageBox::Cancel); // to the last, which asks whether to sign out
+    }
+
+    // A service that nobody has used has no users: the first attempt as root makes them, and fails.
+    void signIn()
+    {
+        if (Session::getLoggedUserxJson())
+            return;
+        say(QStringLiteral("Reading the notice"));
+        require(QTest::qWaitFor([this] { return isShown("closeButton"); }, soon),
+                QStringLiteral("no notice"));
+        QTest::qWait(aPage);
+        shoot(QStringLiteral("notice"));
+        click(find<QPushButton>("closeButton"));
+        require(QTest::qWaitFor([this] { return isShown("loginButton"); }, soon),
+                QStringLiteral("no sheet to sign in"));
+        click(find<QPushButton>("serverButton"));
+        shoot(QStringLiteral("server-settings"));
+        click(find<QPushButton>("cancelButton"));
+        for (int attempt = 1; attempt <= 2 && !Session::getLoggedUserxJson(); ++attempt) {
+            say(QStringLiteral("Signing in as root"));
+            find<QLineEdit>("userField")->setText(QStringLiteral("root"));
+            find<QLineEdit>("passwordField")->setText(QStringLiteral("kvex"));
+            shoot(QStringLiteral("sign-in"));
+            auto *button = find<QPushButton>("loginButton");
+            click(button);
+            require(QTest::qWaitFor(
+                        [this, button] {
+                            return !isShown("loginButton")
+                                   || (button->isEnabled() && !QApplication::activePopupWidget()
+                                       && !alert());
+                        },
+                        soon),
+                    QStringLiteral("the sign-in does not end"));
+        }
+        require(Session::getLoggedUserxJson().has_value(), QStringLiteral("root cannot sign in"));
+        require(QTest::qWaitFor([this] { return !isShown("loginButton"); }, soon),
+                QStringLiteral("the sheet stays"));
+    }
+
+    void signOut()
+    {
+        say(QStringLiteral("Signing out"));
+        openModule(QStringLiteral("Logout"));
+        shoot(QStringLiteral("logout"));
+        answer(QMessageBox::Ok);
+        require(QTest::qWaitFor([this] { return !m_window.isVisible(); }, soon),
+                QStringLiteral("the window stays"));
+        require(!Session::getLoggedUserxJson(), QStringLiteral("root is still signed in"));
+    }
+
+    // The page is drawn by a process of its own, which takes its time to start.
+    static void waitForHome() { QTest::qWait(aPage); }
+
+    void answer(QMessageBox::StandardButton button)
+    {
+        require(QTest::qWaitFor([this] { return question() != nullptr; }, soon),
+                QStringLiteral("no question"));
+        click(question()->button(button));
+        require(QTest::qWaitFor([this] { return question() == nullptr; }, soon),
+                QStringLiteral("the question stays"));
     }
 
     // Inserts the smallest rewritable medium that takes the folder, by the Recorders menu.
@@ -242,8 +323,7 @@ private:
 // An alert stands in the way of the tour as it would in a person's.
 void closeAlerts()
 {
-    auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-    if (box && box->windowModality() == Qt::ApplicationModal) {
+    if (QMessageBox *box = alert()) {
         say(QStringLiteral("Alert: %1 %2").arg(box->text(), box->informativeText()));
         box->accept();
     }
@@ -254,6 +334,7 @@ void closeAlerts()
 int main(int argc, char **argv)
 {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    prepareForWebPages();
     QApplication application(argc, argv);
     const ApplicationSetup setup(application);
     const QStringList arguments = QCoreApplication::arguments();
@@ -267,6 +348,7 @@ int main(int argc, char **argv)
     watchdog.start(500);
     RecordingService service;
     const auto virtualRecorder = attachVirtualRecorder(service);
+    const auto ownService = startOwnService();
     ViewController window;
     try {
         Tour(window, QFileInfo(arguments.at(1)).absoluteFilePath(), arguments.at(2)).run();

@@ -1,5 +1,6 @@
 #include "DRNotificationCenter.h"
 
+#include "MainQueue.h"
 #include "RecordingService.h"
 
 #include <algorithm>
@@ -29,7 +30,11 @@ void DRNotificationCenter::removeObserver(QObject *observer, const QString &name
 void DRNotificationCenter::postNotification(const DRNotification &notification)
 {
     QMetaObject::invokeMethod(
-        this, [this, notification] { deliver(notification); }, Qt::QueuedConnection);
+        this,
+        [this, notification] {
+            MainQueue::deliver(this, [this, notification] { deliver(notification); });
+        },
+        Qt::QueuedConnection);
 }
 
 void DRNotificationCenter::deliver(const DRNotification &notification)

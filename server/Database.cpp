@@ -1,0 +1,154 @@
+#include "Database.h"
+
+#include "Table.h"
+
+#include <QDir>
+#include <QHash>
+#include <QSqlError>
+
+#include <atomic>
+#include <memory>
+
+namespace {
+
+constexpr int mostPrepared = 200; // statements kept; clients send a few dozen kinds
+
+QString databaseFile;
+
+// Columns that the clauses of the pages look for.
+const QHash<QString, QStringList> &indexedColumns()
+{
+    static const QHash<QString, QStringList> columns{
+        {QStringLiteral("Company"), {QStringLiteral("Email")}},
+        {QStringLiteral("Userx"), {QStringLiteral("CompanyID")}},
+        {QStringLiteral("UserGroup"), {QStringLiteral("CompanyID")}},
+        {QStringLiteral("Feedback"), {QStringLiteral("UserID")}},
+        {QStringLiteral("Notification"),
+         {QStringLiteral("BusinessContinent"), QStringLiteral("Country")}},
+        {QStringLiteral("NotificationReadStatus"),
+         {QStringLiteral("NotificationID"), QStringLiteral("UserxID")}},
+    };
+    return columns;
+}
+
+QString tableSql(const Table &table)
+{
+    QStringList columns{QStringLiteral("ID INTEGER PRIMARY KEY AUTOINCREMENT")};
+    for (const QString &column : table.columns.sliced(1)) {
+        columns.append(column + QStringLiteral(" TEXT NOT NULL DEFAULT ''"));
+        if (Table::isTime(column))
+            columns.append(Table::paddedColumn(column)
+                           + QStringLiteral(" TEXT NOT NULL DEFAULT ''"));
+    }
+    return QStringLiteral("CREATE TABLE IF NOT EXISTS %1 (%2)")
+        .arg(table.name, columns.join(QStringLiteral(", ")));
+}
+
+QString indexSql(const Table &table, const QString &column, const char *kind = "INDEX")
+{
+    return QStringLiteral("CREATE %1 IF NOT EXISTS %2_%3 ON %2 (%3)")
+        .arg(QLatin1StringView(kind), table.name, column);
+}
+
+QStringList schema()
+{
+    QStringList statements;
+    for (const Table &table : Tables::all()) {
+        statements.append(tableSql(table));
+        for (const QString &column : table.columns)
+            if (Table::isTime(column))
+                statements.append(indexSql(table, Table::paddedColumn(column)));
+        for (const QString &column : indexedColumns().value(table.name))
+            statements.append(indexSql(table, column));
+        if (table.name == QLatin1StringView("Userx"))
+            statements.append(indexSql(table, QStringLiteral("Userx"), "UNIQUE INDEX"));
+    }
+    return statements;
+}
+
+}
+
+Result<> Database::prepare(const QString &folder)
+{
+    if (!QDir().mkpath(folder))
+        return Failure{QStringLiteral("%1: the folder cannot be made").arg(folder)};
+    databaseFile = QDir(folder).absoluteFilePath(QStringLiteral("maplorn-disc.sqlite"));
+    Database database;
+    if (const Result<> opened = database.open(); !opened)
+        return opened;
+    return database.makeSchema();
+}
+
+Database &Database::forThisThread()
+{
+    thread_local const std::unique_ptr<Database> database(new Database);
+    return *database;
+}
+
+Database::Database()
+{
+    static std::atomic_int last = 0;
+    m_name = QString::number(++last);
+    m_connection = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), m_name);
+    m_connection.setDatabaseName(databaseFile);
+    m_connection.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=10000"));
+}
+
+Database::~Database()
+{
+    m_prepared.clear();
+    m_connection = {};
+    QSqlDatabase::removeDatabase(m_name);
+}
+
+Result<> Database::open()
+{
+    if (m_connection.isOpen())
+        return Done{};
+    if (!m_connection.open())
+        return Failure{QStringLiteral("%1: %2").arg(databaseFile, m_connection.lastError().text())};
+    for (const char *pragma : {"PRAGMA journal_mode=WAL", "PRAGMA synchronous=FULL"}) {
+        QSqlQuery query(m_connection);
+        if (!query.exec(QLatin1StringView(pragma)))
+            return Failure{QStringLiteral("%1: %2").arg(databaseFile, query.lastError().text())};
+    }
+    return Done{};
+}
+
+Result<> Database::makeSchema()
+{
+    for (const QString &statement : schema()) {
+        QSqlQuery query(m_connection);
+        if (!query.exec(statement))
+            return Failure{QStringLiteral("%1: %2").arg(databaseFile, query.lastError().text())};
+    }
+    return Done{};
+}
+
+QSqlQuery *Database::run(const QString &sql, const QVariantList &values)
+{
+    if (const Result<> opened = open(); !opened) {
+        qWarning().noquote() << opened.error();
+        return nullptr;
+    }
+    auto prepared = m_prepared.find(sql);
+    if (prepared == m_prepared.end()) {
+        if (m_prepared.size() == mostPrepared)
+            m_prepared.clear();
+        QSqlQuery query(m_connection);
+        query.setForwardOnly(true);
+        if (!query.prepare(sql)) {
+            qWarning().noquote() << "database:" << query.lastError().text();
+            return nullptr;
+        }
+        prepared = m_prepared.emplace(sql, std::move(query)).first;
+    }
+    QSqlQuery &query = prepared->second;
+    for (int i = 0; i < values.size(); ++i)
+        query.bindValue(i, values.at(i));
+    if (query.exec())
+        return &query;
+    qWarning().noquote() << "database:" << query.lastError().text();
+    query.finish();
+    return nullptr;
+}

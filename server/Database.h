@@ -1,0 +1,38 @@
+// The service's database: one connection per thread, the one place that knows which engine it is.
+#pragma once
+
+#include "Result.h"
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QVariantList>
+
+#include <unordered_map>
+
+class Database
+{
+public:
+    // Makes the folder, the file and what is missing of the schema. Once, before forThisThread.
+    [[nodiscard]] static Result<> prepare(const QString &folder);
+
+    // The connection of the thread that asks, which closes with the thread.
+    [[nodiscard]] static Database &forThisThread();
+
+    Database(const Database &) = delete;
+    Database &operator=(const Database &) = delete;
+    ~Database();
+
+    // Runs a statement with its values, and keeps it prepared. Null, with a line in the log, where
+    // it fails. Valid until the next call; finish it when its rows have been read.
+    [[nodiscard]] QSqlQuery *run(const QString &sql, const QVariantList &values = {});
+
+private:
+    Database();
+
+    [[nodiscard]] Result<> open();
+    [[nodiscard]] Result<> makeSchema();
+
+    QString m_name;
+    QSqlDatabase m_connection;
+    std::unordered_map<QString, QSqlQuery> m_prepared;
+};

@@ -1,0 +1,184 @@
+#include "TableService.h"
+
+#include "Database.h"
+#include "TextTools.h"
+#include "WhereClause.h"
+
+#include <QDateTime>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <limits>
+#include <optional>
+
+namespace {
+
+QString clock(const QDateTime &time)
+{
+    return time.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+// What a record's member means; null where it is no text or does not decode.
+QString decoded(const QJsonValue &member)
+{
+    if (member.isUndefined())
+        return QStringLiteral("");
+    const QString text = member.toString();
+    if (!member.isString() || MiscTool::isDateTime(text))
+        return text;
+    QString value = MiscTool::decodeFromUTF8(text);
+    if (!value.isNull())
+        value = MiscTool::getDescapedString(value);
+    if (value == QLatin1StringView("${SERVER_NOW}"))
+        return clock(QDateTime::currentDateTime());
+    if (value == QLatin1StringView("${SERVER_NOW_AFTER_ONE_YEAR}"))
+        return clock(QDateTime::currentDateTime().addYears(1));
+    return value;
+}
+
+// The columns that a record fills, padded times included, and their values.
+struct Row
+{
+    QStringList columns;
+    QVariantList values;
+};
+
+std::optional<Row> rowOf(const Table &table, const QJsonObject &record)
+{
+    Row row;
+    for (const QString &column : table.columns.sliced(1)) {
+        const QString value = decoded(record.value(column));
+        if (value.isNull())
+            return std::nullopt;
+        row.columns.append(column);
+        row.values.append(value);
+        if (Table::isTime(column)) {
+            row.columns.append(Table::paddedColumn(column));
+            row.values.append(Table::padded(value));
+        }
+    }
+    return row;
+}
+
+bool insert(const Table &table, const QJsonObject &record)
+{
+    const std::optional<Row> row = rowOf(table, record);
+    if (!row)
+        return false;
+    const QStringList places(row->columns.size(), QStringLiteral("?"));
+    return Database::forThisThread().run(
+               QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
+                   .arg(table.name, row->columns.join(u','), places.join(u',')),
+               row->values)
+           != nullptr;
+}
+
+bool update(const Table &table, const QJsonObject &record)
+{
+    std::optional<Row> row = rowOf(table, record);
+    bool isNumber = false;
+    const qlonglong id = record.value(QLatin1StringView("ID")).toString().toLongLong(&isNumber);
+    if (!row || !isNumber)
+        return false;
+    row->values.append(id);
+    const QSqlQuery *query = Database::forThisThread().run(
+        QStringLiteral("UPDATE %1 SET %2=? WHERE ID=?")
+            .arg(table.name, row->columns.join(QStringLiteral("=?,"))),
+        row->values);
+    return query && query->numRowsAffected() > 0;
+}
+
+bool remove(const Table &table, const Condition &condition)
+{
+    return Database::forThisThread().run(
+               QStringLiteral("DELETE FROM %1 WHERE %2").arg(table.name, condition.sql),
+               condition.values)
+           != nullptr;
+}
+
+QByteArray count(const Table &table, const Condition &condition)
+{
+    QSqlQuery *query = Database::forThisThread().run(
+        QStringLiteral("SELECT COUNT(*) FROM %1 WHERE %2").arg(table.name, condition.sql),
+        condition.values);
+    if (!query || !query->next())
+        return "false";
+    const QByteArray number = QByteArray::number(query->value(0).toLongLong());
+    query->finish();
+    return number;
+}
+
+// The number that a text of digits is; null for any other text.
+std::optional<qint64> wholeNumber(const QString &text)
+{
+    bool isNumber = false;
+    const qint64 number = text.toLongLong(&isNumber);
+    return isNumber && number >= 0 ? std::optional(number) : std::nullopt;
+}
+
+// 0 and 1 both mean the first row, others are zero-based; an empty step means all rows.
+std::optional<QVariantList> paging(const QJsonObject &query)
+{
+    const QString index = query.value(QLatin1StringView("Index")).toString();
+    const QString step = query.value(QLatin1StringView("Step")).toString();
+    const std::optional<qint64> first = index.isEmpty() ? 0 : wholeNumber(index);
+    const std::optional<qint64> rows =
+        step.isEmpty() ? std::numeric_limits<qint64>::max() : wholeNumber(step);
+    if (!first || !rows)
+        return std::nullopt;
+    return QVariantList{*rows, *first == 1 ? 0 : *first};
+}
+
+QByteArray select(const Table &table, const Condition &condition, const QVariantList &paged)
+{
+    QSqlQuery *query = Database::forThisThread().run(
+        QStringLiteral("SELECT %1 FROM %2 WHERE %3%4 LIMIT ? OFFSET ?")
+            .arg(table.columns.join(u','), table.name, condition.sql, condition.order),
+        condition.values + paged);
+    if (!query)
+        return "false";
+    QByteArray rows;
+    while (query->next()) {
+        rows += rows.isEmpty() ? "{" : ",{";
+        for (int i = 0; i < table.columns.size(); ++i) {
+            rows += (i == 0 ? "\"" : ",\"") + table.columns.at(i).toLatin1() + "\":\""
+                    + MiscTool::encode2UTF8(query->value(i).toString()).toLatin1() + '"';
+        }
+        rows += '}';
+    }
+    query->finish();
+    return rows.isEmpty() ? QByteArray("false") : QByteArray("{\"Result\":[" + rows + "]}");
+}
+
+QByteArray truth(bool value)
+{
+    return value ? "true" : "false";
+}
+
+}
+
+QByteArray TableService::answer(const Table &table, const QByteArray &operation,
+                                const QByteArray &body)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(body);
+    if (!document.isObject())
+        return "false";
+    const QJsonObject object = document.object();
+    if (operation == "INSERT")
+        return truth(insert(table, object));
+    if (operation == "UPDATE")
+        return truth(update(table, object));
+    const Result<Condition> condition =
+        parseWhereClause(object.value(QLatin1StringView("WhereClause")).toString(), table);
+    if (!condition) {
+        qWarning().noquote() << operation << table.name + u':' << "where-clause"
+                             << condition.error();
+        return "false";
+    }
+    if (operation == "DELETE")
+        return truth(remove(table, condition.value()));
+    if (operation == "GET_COUNT")
+        return count(table, condition.value());
+    const std::optional<QVariantList> paged = paging(object);
+    return operation == "SELECT" && paged ? select(table, condition.value(), *paged) : "false";
+}

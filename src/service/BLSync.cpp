@@ -1,0 +1,93 @@
+#include "BLSync.h"
+
+#include "ServiceAddress.h"
+#include "ServiceCall.h"
+#include "WhereClauseJson.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <limits>
+
+namespace {
+
+QString query(const QString &where, const QString &index = {}, const QString &step = {})
+{
+    WhereClauseJson clause;
+    clause.WhereClause = where;
+    clause.Index = index;
+    clause.Step = step;
+    return clause.toJsonStr();
+}
+
+// As many as fit, where there are more digits than any count has.
+qint64 leadingNumber(const QString &text)
+{
+    qint64 number = 0;
+    for (const QChar c : text) {
+        if (c < u'0' || c > u'9')
+            break;
+        const int digit = c.unicode() - u'0';
+        if (number > (std::numeric_limits<qint64>::max() - digit) / 10)
+            return std::numeric_limits<qint64>::max();
+        number = number * 10 + digit;
+    }
+    return number;
+}
+
+}
+
+bool BLSyncAbstract::insert(AbstractJson &record) const
+{
+    return MiscTool::toBOOL(sendSyncRequest(record.toJsonStr(), MiscTool::insertURL(getService())));
+}
+
+bool BLSyncAbstract::update(AbstractJson &record) const
+{
+    return MiscTool::toBOOL(sendSyncRequest(record.toJsonStr(), MiscTool::updateURL(getService())));
+}
+
+bool BLSyncAbstract::remove(const QString &where) const
+{
+    return MiscTool::toBOOL(sendSyncRequest(query(where), MiscTool::deleteURL(getService())));
+}
+
+qint64 BLSyncAbstract::getCount(const QString &where) const
+{
+    return leadingNumber(sendSyncRequest(query(where), MiscTool::getCountURL(getService())));
+}
+
+std::optional<QList<QVariantMap>> BLSyncAbstract::select(const QString &where, const QString &index,
+                                                         const QString &step) const
+{
+    const QString reply =
+        sendSyncRequest(query(where, index, step), MiscTool::selectURL(getService()));
+    if (reply == QLatin1StringView("false"))
+        return std::nullopt;
+    const QJsonValue result =
+        QJsonDocument::fromJson(reply.toUtf8()).object().value(QLatin1StringView("Result"));
+    QList<QVariantMap> rows;
+    for (const QJsonValue &row : result.toArray()) {
+        if (!row.isObject())
+            return std::nullopt;
+        rows.append(row.toObject().toVariantMap());
+    }
+    if (rows.isEmpty())
+        return std::nullopt;
+    return rows;
+}
+
+QString BLSyncAbstract::getService() const
+{
+    constexpr qsizetype prefixLength = sizeof("BLSync") - 1;
+    return QString::fromLatin1(m_className).sliced(prefixLength) + QStringLiteral("Service");
+}
+
+// The service reads as many bytes as the text has UTF-16 units, and answers in ASCII.
+QString BLSyncAbstract::sendSyncRequest(const QString &json, const QUrl &url)
+{
+    const std::optional<QByteArray> reply =
+        ServiceCall::send(MiscTool::getURLRequest(url, json.toUtf8().left(json.size())));
+    return reply ? QString::fromLatin1(*reply) : QString();
+}

@@ -1,0 +1,33 @@
+// A server that keeps every request as it came and plays back given replies. Lives on the main
+// thread: the calls under test wait in an event loop. The preferences name it as the service.
+#pragma once
+
+#include <QTcpServer>
+
+class RecordingServer : public QTcpServer
+{
+    Q_OBJECT
+
+public:
+    RecordingServer();
+
+    // What every request is answered with, as it stands; nothing is a silent server.
+    void setRawReply(const QByteArray &reply) { m_reply = reply; }
+    // The same with the head of a good answer before it.
+    void setReply(const QByteArray &body);
+    // After the reply, bytes without end.
+    void setEndless() { m_isEndless = true; }
+
+    [[nodiscard]] const QList<QByteArray> &requests() const { return m_requests; }
+
+private:
+    void accept();
+    void take(QTcpSocket *socket);
+
+    QByteArray m_reply;
+    bool m_isEndless = false;
+    QList<QByteArray> m_requests;
+};
+
+// Makes this the service that the client calls.
+void preferService(quint16 port, const QString &password, const QString &context = {});

@@ -1,0 +1,28 @@
+// The real service with a database of its own, on a free port; the preferences name it as the
+// service. Main thread.
+#pragma once
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+class ServiceFixture
+{
+public:
+    ServiceFixture();
+    ~ServiceFixture();
+    ServiceFixture(const ServiceFixture &) = delete;
+    ServiceFixture &operator=(const ServiceFixture &) = delete;
+
+    void start();
+    // As a crash would end it.
+    void kill();
+    // The same from any thread; kill must follow.
+    void terminateHard() const;
+
+    [[nodiscard]] quint16 port() const { return m_port; }
+
+private:
+    QTemporaryDir m_folder;
+    QProcess m_process;
+    quint16 m_port = 0;
+};

@@ -1,0 +1,228 @@
+// Who gets past the window's gate, what pops up behind it, and how one signs out.
+#include "AlertRecorder.h"
+#include "BLSync.h"
+#include "LoginViewController.h"
+#include "NoticeOfPreloginViewController.h"
+#include "Preferences.h"
+#include "ServiceFixture.h"
+#include "ServicePages.h"
+#include "Session.h"
+#include "ViewController.h"
+#include "VirtualDrive.h"
+#include "WindowTestMain.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStandardPaths>
+#include <QTreeWidget>
+
+class SignInGateTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void noticeThenSignIn();
+    void exitEndsTheProgram();
+    void damagedSessionIsCleared();
+    void notificationsPopUpOnce();
+    void logoutAsksEachTime();
+    void sessionIsPrivateAndOnTheDisk();
+    void pageLanguages_data();
+    void pageLanguages();
+
+private:
+    void signIn(const char *user) const;
+    void show();
+    [[nodiscard]] QTreeWidget *list() const
+    {
+        return m_window->findChild<QTreeWidget *>(QStringLiteral("outlineView"));
+    }
+    void click(const char *name) const
+    {
+        auto *button = m_window->findChild<QPushButton *>(QLatin1StringView(name));
+        QVERIFY(button);
+        QTest::mouseClick(button, Qt::LeftButton);
+    }
+    void open(int module) const
+    {
+        QTreeWidgetItem *item = list()->topLevelItem(0)->child(module);
+        QTest::mouseClick(list()->viewport(), Qt::LeftButton, {},
+                          list()->visualItemRect(item).center());
+    }
+
+    std::unique_ptr<ServiceFixture> m_service;
+    std::unique_ptr<VirtualDrive> m_drive;
+    std::unique_ptr<ViewController> m_window;
+};
+
+void SignInGateTest::init()
+{
+    m_service = std::make_unique<ServiceFixture>();
+    m_drive = std::make_unique<VirtualDrive>();
+    Session::clear();
+}
+
+void SignInGateTest::cleanup()
+{
+    m_window.reset();
+    m_drive.reset();
+    m_service.reset();
+}
+
+void SignInGateTest::signIn(const char *user) const
+{
+    Session::setLoggedUserDict({{QStringLiteral("ID"), QStringLiteral("5")},
+                                {QStringLiteral("Userx"), QString::fromLatin1(user)}});
+    Session::setPermission(QStringLiteral("0"));
+}
+
+void SignInGateTest::show()
+{
+    m_window = std::make_unique<ViewController>();
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window.get()));
+}
+
+void SignInGateTest::noticeThenSignIn()
+{
+    show();
+    QTRY_VERIFY(m_window->findChild<NoticeOfPreloginViewController *>());
+    auto *login = m_window->findChild<LoginViewController *>();
+    QVERIFY(login && !login->isVisible());
+    QCOMPARE(list()->topLevelItemCount(), 0);
+    click("closeButton");
+    QTRY_VERIFY(login->isVisible());
+    m_window->hide();
+    m_window->show();
+    QTest::qWait(20);
+    QCOMPARE(m_window->findChildren<LoginViewController *>().size(), 1);
+
+    login->findChild<QLineEdit *>(QStringLiteral("userField"))->setText(QStringLiteral("root"));
+    login->findChild<QLineEdit *>(QStringLiteral("passwordField"))->setText(QStringLiteral("kvex"));
+    AlertRecorder alerts;
+    alerts.expect(QStringLiteral("Your user does not exist."),
+                  QStringLiteral("Please register or ask your administrator to create."));
+    click("loginButton");
+    QTRY_VERIFY(alerts.isDone());
+    click("loginButton");
+    QTRY_VERIFY(!m_window->findChild<LoginViewController *>());
+    QCOMPARE(list()->topLevelItem(0)->childCount(), 12);
+    QVERIFY(list()->topLevelItem(0)->child(0)->isSelected());
+}
+
+void SignInGateTest::exitEndsTheProgram()
+{
+    show();
+    QTRY_VERIFY(m_window->findChild<NoticeOfPreloginViewController *>());
+    click("closeButton");
+    click("exitButton");
+    QVERIFY(!m_window->isVisible());
+}
+
+void SignInGateTest::damagedSessionIsCleared()
+{
+    signIn("");
+    show();
+    QTRY_COMPARE(list()->topLevelItemCount(), 1);
+    QVERIFY(!Session::getLoggedUserxJson());
+}
+
+void SignInGateTest::notificationsPopUpOnce()
+{
+    CompanyJson company;
+    company.Email = QStringLiteral("anna");
+    company.BusinessContinent = QStringLiteral("Europe");
+    company.Country = QStringLiteral("Ivory Coast");
+    QVERIFY(BLSyncCompany().insert(company));
+    for (const auto &[title, country, time, isEnabled] :
+         {std::tuple("older", "", "2016-9-30 9:0:0", "1"),
+          std::tuple("newer", "Ivory Coast", "2016-10-1 9:0:0", "1"),
+          std::tuple("elsewhere", "China", "2016-10-2 9:0:0", "1"),
+          std::tuple("withdrawn", "", "2016-10-3 9:0:0", "0")}) {
+        NotificationJson notification;
+        notification.Title = QLatin1StringView(title);
+        notification.Body = QStringLiteral("body");
+        notification.Country = QLatin1StringView(country);
+        notification.IssuedTime = QLatin1StringView(time);
+        notification.IsEnabled = QLatin1StringView(isEnabled);
+        QVERIFY(BLSyncNotification().insert(notification));
+    }
+    signIn("root");
+    show();
+    QTRY_COMPARE(list()->topLevelItemCount(), 1);
+    signIn("anna");
+    AlertRecorder alerts;
+    alerts.expect(QStringLiteral("newer"), QStringLiteral("body"));
+    alerts.expect(QStringLiteral("older"), QStringLiteral("body"));
+    m_window->reloadData();
+    QVERIFY(alerts.isDone());
+    m_window->reloadData();
+    QCOMPARE(alerts.seen().size(), 2);
+    QCOMPARE(BLSyncNotificationReadStatus().getCount(QStringLiteral("UserxID=5")), 2);
+}
+
+void SignInGateTest::logoutAsksEachTime()
+{
+    signIn("root");
+    show();
+    QTRY_COMPARE(list()->topLevelItemCount(), 1);
+    const QString question = QStringLiteral("Are you sure to logout?");
+    const QString help = QStringLiteral("Please be sure to save all the data.");
+    AlertRecorder alerts;
+    for (int i = 0; i < 2; ++i) {
+        alerts.expect(question, help, QMessageBox::Cancel);
+        open(11);
+        QTRY_VERIFY(alerts.isDone());
+        QVERIFY(Session::isRoot());
+        open(10);
+    }
+    alerts.expect(question, help);
+    open(11);
+    QTRY_VERIFY(!m_window->isVisible());
+    QVERIFY(!Session::getLoggedUserxJson() && Session::getPermission().isNull());
+    QCOMPARE(Session::getLoggerUser(), QStringLiteral("root"));
+}
+
+void SignInGateTest::sessionIsPrivateAndOnTheDisk()
+{
+    signIn("anna");
+    const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)
+                         + QStringLiteral("/maplorn-disc/preferences.ini");
+    QVERIFY(QFile::permissions(path)
+            == (QFile::ReadOwner | QFile::WriteOwner | QFile::ReadUser | QFile::WriteUser));
+    QVERIFY(fileContent(path).contains("User=anna"));
+}
+
+void SignInGateTest::pageLanguages_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("language");
+
+    QTest::newRow("Hong Kong") << "zh_HK"
+                               << "en_US";
+    QTest::newRow("China") << "zh_CN"
+                           << "zh_CN";
+    QTest::newRow("Taiwan") << "zh_TW"
+                            << "zh_TW";
+    QTest::newRow("Britain") << "en_GB"
+                             << "en_US";
+    QTest::newRow("none") << "C"
+                          << "en_US";
+}
+
+void SignInGateTest::pageLanguages()
+{
+    QFETCH(const QString, locale);
+    QTEST(ServicePages::getLanguageWithCountry(QLocale(locale)), "language");
+    Preferences::setValue(QStringLiteral("Context"), QStringLiteral("app"));
+    QCOMPARE(
+        ServicePages::url(QStringLiteral("NoticeOfPrelogin")).toString(),
+        QStringLiteral("http://127.0.0.1:%1/app/en_US/NoticeOfPrelogin").arg(m_service->port()));
+}
+
+MAPLORN_WINDOW_TEST_MAIN(SignInGateTest)
+#include "SignInGateTest.moc"

@@ -133,8 +133,10 @@ QSqlQuery *Database::run(const QString &sql, const QVariantList &values)
     }
     auto prepared = m_prepared.find(sql);
     if (prepared == m_prepared.end()) {
-        if (m_prepared.size() == mostPrepared)
+        if (m_prepared.size() == mostPrepared) {
+            m_last = nullptr;
             m_prepared.clear();
+        }
         QSqlQuery query(m_connection);
         query.setForwardOnly(true);
         if (!query.prepare(sql)) {
@@ -144,11 +146,22 @@ QSqlQuery *Database::run(const QString &sql, const QVariantList &values)
         prepared = m_prepared.emplace(sql, std::move(query)).first;
     }
     QSqlQuery &query = prepared->second;
+    m_last = &query;
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values.at(i));
     if (query.exec())
         return &query;
     qWarning().noquote() << "database:" << query.lastError().text();
-    query.finish();
     return nullptr;
+}
+
+void Database::forgetValues()
+{
+    if (!m_last)
+        return;
+    m_last->finish();
+    const auto count = static_cast<int>(m_last->boundValues().size());
+    for (int i = 0; i < count; ++i)
+        m_last->bindValue(i, QVariant());
+    m_last = nullptr;
 }

@@ -23,8 +23,11 @@ public:
     ~Database();
 
     // Runs a statement with its values, and keeps it prepared. Null, with a line in the log, where
-    // it fails. Valid until the next call; finish it when its rows have been read.
+    // it fails. Valid until the next call.
     [[nodiscard]] QSqlQuery *run(const QString &sql, const QVariantList &values = {});
+
+    // Ends the last statement; it is kept prepared, but not what it was run with.
+    void forgetValues();
 
 private:
     Database();
@@ -34,5 +37,6 @@ private:
 
     QString m_name;
     QSqlDatabase m_connection;
+    QSqlQuery *m_last = nullptr;
     std::unordered_map<QString, QSqlQuery> m_prepared;
 };

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QHostAddress>
 
+#include <atomic>
 #include <memory>
 
 struct MHD_Daemon;
@@ -29,15 +30,21 @@ public:
 
     HttpServer(const HttpServer &) = delete;
     HttpServer &operator=(const HttpServer &) = delete;
-    // Finishes the requests that run.
+    // Finishes the requests that run, for ten seconds at most.
     ~HttpServer();
 
     [[nodiscard]] quint16 port() const;
     [[nodiscard]] const ServerSettings &settings() const { return m_settings; }
+
+    // How many requests are being taken in and answered now; any thread.
+    [[nodiscard]] std::atomic_int &running() { return m_running; }
+    [[nodiscard]] bool isEnding() const { return m_isEnding; }
 
 private:
     explicit HttpServer(const ServerSettings &settings);
 
     ServerSettings m_settings;
     MHD_Daemon *m_daemon = nullptr;
+    std::atomic_int m_running = 0;
+    std::atomic_bool m_isEnding = false;
 };

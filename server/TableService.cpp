@@ -7,11 +7,15 @@
 #include <QDateTime>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSqlError>
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
 namespace {
+
+constexpr qsizetype longestReply = 64 << 20; // bytes: what the clients take
 
 QString clock(const QDateTime &time)
 {
@@ -19,10 +23,8 @@ QString clock(const QDateTime &time)
 }
 
 // What a record's member means; null where it is no text or does not decode.
-QString decoded(const QJsonValue &member)
+QString decoded(const QJsonValue &member, const QDateTime &now)
 {
-    if (member.isUndefined())
-        return QStringLiteral("");
     const QString text = member.toString();
     if (!member.isString() || MiscTool::isDateTime(text))
         return text;
@@ -30,9 +32,9 @@ QString decoded(const QJsonValue &member)
     if (!value.isNull())
         value = MiscTool::getDescapedString(value);
     if (value == QLatin1StringView("${SERVER_NOW}"))
-        return clock(QDateTime::currentDateTime());
+        return clock(now);
     if (value == QLatin1StringView("${SERVER_NOW_AFTER_ONE_YEAR}"))
-        return clock(QDateTime::currentDateTime().addYears(1));
+        return clock(now.addYears(1));
     return value;
 }
 
@@ -45,9 +47,10 @@ struct Row
 
 std::optional<Row> rowOf(const Table &table, const QJsonObject &record)
 {
+    const QDateTime now = QDateTime::currentDateTime();
     Row row;
     for (const QString &column : table.columns.sliced(1)) {
-        const QString value = decoded(record.value(column));
+        const QString value = decoded(record.value(column), now);
         if (value.isNull())
             return std::nullopt;
         row.columns.append(column);
@@ -60,8 +63,12 @@ std::optional<Row> rowOf(const Table &table, const QJsonObject &record)
     return row;
 }
 
-bool insert(const Table &table, const QJsonObject &record)
+// A record that lacks members is filled up.
+bool insert(const Table &table, QJsonObject record)
 {
+    for (const QString &column : table.columns)
+        if (!record.contains(column))
+            record.insert(column, QString());
     const std::optional<Row> row = rowOf(table, record);
     if (!row)
         return false;
@@ -73,6 +80,7 @@ bool insert(const Table &table, const QJsonObject &record)
            != nullptr;
 }
 
+// One that lacks members would empty what the row holds, and is refused.
 bool update(const Table &table, const QJsonObject &record)
 {
     std::optional<Row> row = rowOf(table, record);
@@ -103,24 +111,32 @@ QByteArray count(const Table &table, const Condition &condition)
         condition.values);
     if (!query || !query->next())
         return "false";
-    const QByteArray number = QByteArray::number(query->value(0).toLongLong());
-    query->finish();
-    return number;
+    return QByteArray::number(query->value(0).toLongLong());
 }
 
 // The number that a text of digits is; null for any other text.
 std::optional<qint64> wholeNumber(const QString &text)
 {
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
     bool isNumber = false;
     const qint64 number = text.toLongLong(&isNumber);
-    return isNumber && number >= 0 ? std::optional(number) : std::nullopt;
+    return isNumber && std::ranges::all_of(text, isDigit) ? std::optional(number) : std::nullopt;
+}
+
+// The text of a member; empty without one, null where it is no text.
+QString textOf(const QJsonObject &query, const char *name)
+{
+    const QJsonValue member = query.value(QLatin1StringView(name));
+    return member.isUndefined() ? QStringLiteral("") : member.toString();
 }
 
 // 0 and 1 both mean the first row, others are zero-based; an empty step means all rows.
 std::optional<QVariantList> paging(const QJsonObject &query)
 {
-    const QString index = query.value(QLatin1StringView("Index")).toString();
-    const QString step = query.value(QLatin1StringView("Step")).toString();
+    const QString index = textOf(query, "Index");
+    const QString step = textOf(query, "Step");
+    if (index.isNull() || step.isNull())
+        return std::nullopt;
     const std::optional<qint64> first = index.isEmpty() ? 0 : wholeNumber(index);
     const std::optional<qint64> rows =
         step.isEmpty() ? std::numeric_limits<qint64>::max() : wholeNumber(step);
@@ -145,8 +161,15 @@ QByteArray select(const Table &table, const Condition &condition, const QVariant
                     + MiscTool::encode2UTF8(query->value(i).toString()).toLatin1() + '"';
         }
         rows += '}';
+        if (rows.size() > longestReply) {
+            qWarning().noquote() << "SELECT" << table.name + u':' << "more rows than a reply holds";
+            return "false";
+        }
     }
-    query->finish();
+    if (query->lastError().isValid()) {
+        qWarning().noquote() << "database:" << query->lastError().text();
+        return "false";
+    }
     return rows.isEmpty() ? QByteArray("false") : QByteArray("{\"Result\":[" + rows + "]}");
 }
 
@@ -155,13 +178,11 @@ QByteArray truth(bool value)
     return value ? "true" : "false";
 }
 
-}
-
-QByteArray TableService::answer(const Table &table, const QByteArray &operation,
-                                const QByteArray &body)
+QByteArray answerTo(const Table &table, const QByteArray &operation, const QByteArray &body)
 {
+    static const QByteArrayList operations{"INSERT", "UPDATE", "DELETE", "GET_COUNT", "SELECT"};
     const QJsonDocument document = QJsonDocument::fromJson(body);
-    if (!document.isObject())
+    if (!document.isObject() || !operations.contains(operation))
         return "false";
     const QJsonObject object = document.object();
     if (operation == "INSERT")
@@ -180,5 +201,15 @@ QByteArray TableService::answer(const Table &table, const QByteArray &operation,
     if (operation == "GET_COUNT")
         return count(table, condition.value());
     const std::optional<QVariantList> paged = paging(object);
-    return operation == "SELECT" && paged ? select(table, condition.value(), *paged) : "false";
+    return paged ? select(table, condition.value(), *paged) : "false";
+}
+
+}
+
+QByteArray TableService::answer(const Table &table, const QByteArray &operation,
+                                const QByteArray &body)
+{
+    const QByteArray result = answerTo(table, operation, body);
+    Database::forThisThread().forgetValues();
+    return result;
 }

@@ -22,14 +22,16 @@ int main(int argc, char **argv)
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption configOption(
-        QStringLiteral("config"), QStringLiteral("Reads the configuration from this property list."),
-        QStringLiteral("file"));
+        QStringLiteral("config"),
+        QStringLiteral("Reads the configuration from this property list."), QStringLiteral("file"));
     parser.addOption(configOption);
     parser.process(application);
     if (parser.isSet(configOption)) {
         const QString file = parser.value(configOption);
-        if (const Result<QVariant> content = PropertyList::read(file); !content) {
-            qCritical().noquote() << content.error();
+        const Result<QVariant> content = PropertyList::read(file);
+        if (!content || content.value().typeId() != QMetaType::QVariantMap) {
+            qCritical().noquote() << (content ? file + QStringLiteral(": no dictionary")
+                                              : content.error());
             return 2;
         }
         ServiceConfig::setFile(QFileInfo(file).absoluteFilePath());
@@ -40,8 +42,10 @@ int main(int argc, char **argv)
         AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
     RecordingService service;
     const auto virtualRecorder = attachVirtualRecorder(service);
-    const auto ownService = startOwnService();
+    const auto ownService = OwnService::startIfNeeded();
     ViewController window;
+    if (!ownService)
+        tellLater(&window, ownService.error());
     window.show();
     return QApplication::exec();
 }

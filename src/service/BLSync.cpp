@@ -8,9 +8,14 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
+
+// More than any page asks for.
+constexpr qsizetype mostRows = 200'000;
+constexpr qsizetype mostMembers = 8'000'000;
 
 QString query(const QString &where, const QString &index = {}, const QString &step = {})
 {
@@ -61,12 +66,13 @@ qint64 BLSyncAbstract::getCount(const QString &where) const
 std::optional<QList<QVariantMap>> BLSyncAbstract::select(const QString &where, const QString &index,
                                                          const QString &step) const
 {
-    const QString reply =
-        sendSyncRequest(query(where, index, step), MiscTool::selectURL(getService()));
-    if (reply == QLatin1StringView("false"))
+    const QByteArray reply =
+        sendSyncRequest(query(where, index, step), MiscTool::selectURL(getService())).toLatin1();
+    // A parsed row takes some fifty times the bytes of its text.
+    if (reply == "false" || reply.count('{') > mostRows || reply.count(',') > mostMembers)
         return std::nullopt;
     const QJsonValue result =
-        QJsonDocument::fromJson(reply.toUtf8()).object().value(QLatin1StringView("Result"));
+        QJsonDocument::fromJson(reply).object().value(QLatin1StringView("Result"));
     QList<QVariantMap> rows;
     for (const QJsonValue &row : result.toArray()) {
         if (!row.isObject())
@@ -89,5 +95,8 @@ QString BLSyncAbstract::sendSyncRequest(const QString &json, const QUrl &url)
 {
     const std::optional<QByteArray> reply =
         ServiceCall::send(MiscTool::getURLRequest(url, json.toUtf8().left(json.size())));
-    return reply ? QString::fromLatin1(*reply) : QString();
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    if (!reply || !std::ranges::all_of(*reply, isAscii))
+        return {};
+    return QString::fromLatin1(*reply);
 }

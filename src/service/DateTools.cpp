@@ -36,9 +36,21 @@ QDateTime inLastMonth(const QDateTime &date)
     return date.addMonths(-1);
 }
 
+// The number that the characters begin with; 0 without digits.
+int numberAt(const QString &text, qsizetype position, qsizetype length)
+{
+    int number = 0;
+    for (const QChar c : QStringView(text).mid(position, length)) {
+        if (c < u'0' || c > u'9')
+            break;
+        number = number * 10 + (c.unicode() - u'0');
+    }
+    return number;
+}
+
 QDateTime dateAt(const QString &text, QTime time)
 {
-    const QDate date(text.mid(0, 4).toInt(), text.mid(5, 2).toInt(), text.mid(8, 2).toInt());
+    const QDate date(numberAt(text, 0, 4), numberAt(text, 5, 2), numberAt(text, 8, 2));
     return date.isValid() && time.isValid() ? QDateTime(date, time) : QDateTime();
 }
 

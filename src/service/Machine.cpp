@@ -116,7 +116,9 @@ QString MiscTool::getIdentifier(const QString &text)
 
 QString MiscTool::getFormattedAmount(double amount, const QString &currencySymbol)
 {
-    return QLocale().toCurrencyString(amount, currencySymbol);
+    // An empty symbol would mean the locale's.
+    return currencySymbol.isEmpty() ? QLocale().toString(amount, 'f', 2)
+                                    : QLocale().toCurrencyString(amount, currencySymbol);
 }
 
 void MiscTool::printMsg(const QString &className, const QString &method, const QString &message)

@@ -65,6 +65,9 @@ void ServiceConfig::setOwnService(const QString &path)
 
 bool ServiceConfig::namesHost()
 {
+    for (const QString &path : configFiles())
+        if (const Result<QVariant> content = PropertyList::read(path); !content)
+            qWarning().noquote() << "a configuration file is left out:" << content.error();
     return !merged(configFiles()).value(QStringLiteral("Host")).toString().isEmpty();
 }
 

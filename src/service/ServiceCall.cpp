@@ -10,6 +10,9 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 // Events held back would be replayed after the call: a second click would submit twice.
@@ -62,6 +65,40 @@ QNetworkAccessManager &network()
     return *manager;
 }
 
+// The body as it is sent: read once. Of a body that can be read again the network library makes a
+// second request when the server ends without an answer, and a record would be inserted twice.
+class BodyOnce : public QIODevice
+{
+public:
+    explicit BodyOnce(const QByteArray &body)
+        : m_body(body)
+    {
+        open(ReadOnly | Unbuffered);
+    }
+
+    [[nodiscard]] bool isSequential() const override { return true; }
+    [[nodiscard]] qint64 bytesAvailable() const override
+    {
+        return m_body.size() - m_done + QIODevice::bytesAvailable();
+    }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        const qint64 size = std::min<qint64>(maxSize, m_body.size() - m_done);
+        if (size == 0)
+            return -1;
+        std::memcpy(data, m_body.constData() + m_done, static_cast<size_t>(size));
+        m_done += size;
+        return size;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QByteArray m_body;
+    qsizetype m_done = 0;
+};
+
 bool isWaiting = false;
 quint64 taskThatTimedOut = 0;
 
@@ -74,6 +111,9 @@ public:
     {
         m_timer.setSingleShot(true);
         connect(&m_timer, &QTimer::timeout, this, &Reply::timeOut);
+        m_wholeTimer.setSingleShot(true);
+        connect(&m_wholeTimer, &QTimer::timeout, this, &Reply::timeOut);
+        m_wholeTimer.start(ServiceCall::limits().wholeTime);
         connect(reply, &QNetworkReply::requestSent, this, &Reply::goOn);
         connect(reply, &QNetworkReply::uploadProgress, this, &Reply::uploaded);
         connect(reply, &QNetworkReply::readyRead, this, &Reply::collect);
@@ -86,6 +126,7 @@ public:
         if (!m_reply->isFinished())
             m_loop.exec();
         m_timer.stop();
+        m_wholeTimer.stop();
         collect();
         const bool answered =
             m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
@@ -125,6 +166,7 @@ private:
     QNetworkReply *m_reply;
     QEventLoop m_loop;
     QTimer m_timer;
+    QTimer m_wholeTimer;
     QByteArray m_body;
     bool m_isTooLong = false;
 };
@@ -156,11 +198,13 @@ std::optional<QByteArray> ServiceCall::send(const ServiceRequest &request)
     QNetworkRequest sent = request.request;
     sent.setRawHeader("Accept-Encoding", "identity");
     sent.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    sent.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
     std::optional<QByteArray> answer;
     {
         const MainQueue::Hold hold;
         const InputDiscarder discarder;
-        const std::unique_ptr<QNetworkReply> reply(network().post(sent, request.body));
+        BodyOnce body(request.body);
+        const std::unique_ptr<QNetworkReply> reply(network().post(sent, &body));
         // Unread bytes wait in the socket, so that an endless reply is not taken in unchecked.
         reply->setReadBufferSize(1 << 20);
         answer = Reply(reply.get()).wait();

@@ -27,6 +27,7 @@ struct Limits
 {
     int connectTime = 5'000;       // ms until the request is sent
     int silentTime = 30'000;       // ms without a byte coming or going
+    int wholeTime = 300'000;       // ms that a call may take in all
     qint64 replySize = 64LL << 20; // bytes
 };
 [[nodiscard]] Limits &limits();

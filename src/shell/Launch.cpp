@@ -1,12 +1,15 @@
 #include "Launch.h"
 
 #include "Alerts.h"
+#include "Localized.h"
+#include "MainQueue.h"
 #include "RecordingService.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QLocale>
 #include <QThreadPool>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -52,11 +55,10 @@ std::unique_ptr<VirtualRecorderWatch> attachVirtualRecorder(RecordingService &se
     return nullptr;
 }
 
-std::unique_ptr<OwnService> startOwnService()
+void tellLater(QWidget *window, const QString &reason)
 {
-    Result<std::unique_ptr<OwnService>> started = OwnService::startIfNeeded();
-    if (started)
-        return std::move(started.value());
-    qCWarning(serviceLog) << "no service:" << started.error();
-    return nullptr;
+    qCWarning(serviceLog) << "no service:" << reason;
+    MainQueue::async(window, [reason] {
+        MiscTool::showAlert(localized("OwnService", "Nobody can sign in now."), reason);
+    });
 }

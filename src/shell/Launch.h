@@ -10,6 +10,7 @@
 #include <vector>
 
 class QCoreApplication;
+class QWidget;
 class RecordingService;
 
 // What must be set before the application object is made, so that a web view can be loaded later.
@@ -30,6 +31,6 @@ private:
 [[nodiscard]] std::unique_ptr<VirtualRecorderWatch>
 attachVirtualRecorder(RecordingService &service);
 
-// Starts the service of this machine where no other is configured; null, with the reason in the
-// log, where it does not start.
-[[nodiscard]] std::unique_ptr<OwnService> startOwnService();
+// Shows an alert, and logs it, as soon as the window works: the service of this machine did not
+// start, for that reason.
+void tellLater(QWidget *window, const QString &reason);

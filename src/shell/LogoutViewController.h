@@ -3,7 +3,7 @@
 
 #include "Page.h"
 
-#include <QPointer>
+class ViewController;
 
 class LogoutViewController : public Page
 {
@@ -13,13 +13,11 @@ public:
     [[nodiscard]] static LogoutViewController *getViewController();
 
     // The window that the question stands on and that is closed at last.
-    void setMainWindow(QWidget *window);
+    void setMainWindow(ViewController *window);
 
 protected:
     void viewWillAppear() override;
 
 private:
-    void logout();
-
-    QPointer<QWidget> m_mainWindow;
+    ViewController *m_mainWindow = nullptr;
 };

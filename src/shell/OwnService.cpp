@@ -54,7 +54,21 @@ Result<std::unique_ptr<OwnService>> OwnService::startIfNeeded()
         started = service->start(anyPort);
     if (!started)
         return started.failure();
+    QObject::connect(
+        &service->m_process, &QProcess::finished, &service->m_process,
+        [service = service.get()] { service->restart(); }, Qt::QueuedConnection);
     return service;
+}
+
+// One that has ended by itself, though not over and over.
+void OwnService::restart()
+{
+    constexpr qint64 minute = 60 * 1000; // ms
+    if (m_process.state() != QProcess::NotRunning || m_sinceStart.elapsed() < minute)
+        return;
+    qWarning("the service of this machine has ended and is started again");
+    if (const Result<> started = start(MiscTool::getPort()); !started)
+        qWarning().noquote() << started.error();
 }
 
 Result<> OwnService::start(const QString &port)
@@ -63,6 +77,7 @@ Result<> OwnService::start(const QString &port)
     if (program.isEmpty())
         return Failure{localized("OwnService", "The program maplorn-service is missing.")};
     m_password = randomPassword();
+    m_sinceStart.start();
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_process.start(program, {QStringLiteral("--child"), QStringLiteral("--port"), port,
                               QStringLiteral("--data"), dataFolder()});
@@ -97,13 +112,16 @@ Result<> OwnService::announce(const QString &port)
                     {QStringLiteral("ServicePassword"), QString::fromLatin1(m_password)}});
     if (!written)
         return written;
-    Preferences::setValue(portKey, port);
+    // Another application's service may have the port of the last run: it stays the one kept.
+    if (Preferences::value(portKey).toString().isEmpty())
+        Preferences::setValue(portKey, port);
     ServiceConfig::setOwnService(m_config.fileName());
     return Done{};
 }
 
 OwnService::~OwnService()
 {
+    m_process.disconnect();
     ServiceConfig::setOwnService({});
     m_process.closeWriteChannel();
     if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(patience))

@@ -4,6 +4,7 @@
 
 #include "Result.h"
 
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryFile>
 
@@ -24,7 +25,9 @@ public:
 private:
     [[nodiscard]] Result<> start(const QString &port);
     [[nodiscard]] Result<> announce(const QString &port);
+    void restart();
 
+    QElapsedTimer m_sinceStart;
     QProcess m_process;
     QByteArray m_password;
     QTemporaryFile m_config; // readable by its owner alone: it holds the password

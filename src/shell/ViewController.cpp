@@ -19,6 +19,8 @@
 #include <QMenu>
 #include <QMessageBox>
 
+#include <utility>
+
 namespace {
 
 constexpr int listWidth = 222;
@@ -62,16 +64,18 @@ ViewController::ViewController()
     paleHighlight(m_ui->outlineView);
     restorePlace();
     makeMenus();
+    m_ui->outlineView->viewport()->installEventFilter(this);
     connect(m_ui->outlineView, &QTreeWidget::itemClicked, this, [this](QTreeWidgetItem *item) {
-        const ModuleItem *module = moduleOf(item);
-        if (!module || module->controller != m_currentViewController)
+        if (!m_shownByPress)
             outlineViewClicked(item);
     });
     connect(m_ui->outlineView, &QTreeWidget::itemSelectionChanged, this,
             &ViewController::selectionChanged);
     connect(&RunningJobs::instance(), &RunningJobs::emptied, this, [this] {
-        if (m_closing)
-            close();
+        MainQueue::deliver(this, [this] {
+            if (m_closing)
+                close();
+        });
     });
 }
 
@@ -189,6 +193,7 @@ void ViewController::reloadList()
 void ViewController::initialSelect()
 {
     m_lastIndex = 1;
+    const QSignalBlocker quiet(m_ui->outlineView);
     m_ui->outlineView->setCurrentItem(itemAt(m_lastIndex));
     showViewController(m_modulesDict.first().first().controller);
     m_initialSelected = true;
@@ -227,13 +232,28 @@ void ViewController::outlineViewClicked(QTreeWidgetItem *item)
         showViewController(module->controller);
 }
 
-// However a row came to be chosen: by a click of any button, by sliding, by the keyboard.
+// However a row came to be chosen: by a press, by sliding, by the keyboard.
 void ViewController::selectionChanged()
 {
     const QList<QTreeWidgetItem *> selected = m_ui->outlineView->selectedItems();
     const ModuleItem *module = selected.isEmpty() ? nullptr : moduleOf(selected.first());
-    if (module && module->controller != m_currentViewController)
-        outlineViewClicked(selected.first());
+    if (!module || module->controller == m_currentViewController)
+        return;
+    m_shownByPress = true;
+    outlineViewClicked(selected.first());
+}
+
+// A click on the row that is chosen already shows its page anew; one that has just chosen it does
+// not show it twice. The button for the context menu chooses nothing.
+bool ViewController::eventFilter(QObject *object, QEvent *event)
+{
+    if (event->type() == QEvent::MouseButtonPress) {
+        m_shownByPress = false;
+        return static_cast<QMouseEvent *>(event)->button() == Qt::RightButton;
+    }
+    if (event->type() == QEvent::MouseButtonDblClick)
+        m_shownByPress = true;
+    return QMainWindow::eventFilter(object, event);
 }
 
 // Rows as they stand in the list: 0 is the group's title, 1 its first module.
@@ -365,6 +385,8 @@ void ViewController::savePlace() const
 void ViewController::closeEvent(QCloseEvent *event)
 {
     if (RunningJobs::instance().isEmpty()) {
+        if (m_signingOut)
+            Session::clear();
         savePlace();
         event->accept();
         return;
@@ -377,7 +399,17 @@ void ViewController::closeEvent(QCloseEvent *event)
         localized("ViewController",
                   "A job is running. It will be aborted, and the window closes when "
                   "it has ended."),
-        [this] { endJobsAndClose(); });
+        [this, signingOut = std::exchange(m_signingOut, false)] {
+            m_signingOut = signingOut;
+            endJobsAndClose();
+        });
+}
+
+// Nobody is signed out before it is settled that the window closes.
+void ViewController::signOut()
+{
+    m_signingOut = true;
+    close();
 }
 
 void ViewController::endJobsAndClose()

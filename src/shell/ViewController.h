@@ -32,7 +32,12 @@ public:
     // A page with a running job is kept.
     void reloadData();
 
+    // Closes the window, which quits, after it has asked about jobs that still run, and ends the
+    // session.
+    void signOut();
+
 protected:
+    bool eventFilter(QObject *object, QEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
@@ -74,6 +79,8 @@ private:
     std::unique_ptr<Page> m_extraPage; // that stands in no list: information, portal
     int m_lastIndex = -1;              // row of the list that was clicked last
     bool m_initialSelected = false;
+    bool m_shownByPress = false; // the press that a click began with has shown the row's page
     bool m_closing = false;
+    bool m_signingOut = false;
     QList<DRDevice> m_devices;
 };

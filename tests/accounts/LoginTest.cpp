@@ -4,6 +4,7 @@
 #include "MainQueue.h"
 #include "Preferences.h"
 #include "RecordingServer.h"
+#include "ServiceAddress.h"
 #include "ServiceCall.h"
 #include "ServiceFixture.h"
 #include "Session.h"
@@ -49,6 +50,8 @@ private Q_SLOTS:
     void lastNameIsThere();
     void twoClicksSubmitOnce();
     void deadServiceTellsAndLives();
+    void badReplyTellsAndLives_data();
+    void badReplyTellsAndLives();
     void serverSettings();
     void portTakesDigits();
 
@@ -142,6 +145,9 @@ void LoginTest::alerts()
     enter(user, password);
     click("loginButton");
     QTRY_VERIFY(recorder.isDone());
+    if (user.isEmpty() || password.isEmpty())
+        QCOMPARE(m_page->focusWidget(),
+                 control<QWidget>(user.isEmpty() ? "userField" : "passwordField"));
     QVERIFY(control<QWidget>("loginButton")->isEnabled());
     QTRY_VERIFY(!control<QWidget>("loadingView")->isVisible());
     QVERIFY(!Session::getLoggedUserxJson());
@@ -194,6 +200,26 @@ void LoginTest::rootIsSeeded()
     const std::optional<CompanyJson> company = LoginViewController::getCompanyJson();
     QVERIFY(company);
     QCOMPARE(company->Namex, QStringLiteral("Maplorn Ltd."));
+    const auto configured = [](const char *key) {
+        return MiscTool::getConfigText(QLatin1StringView(key));
+    };
+    QCOMPARE(company->RescueEmail, configured("RootRescueEmail"));
+    QCOMPARE(company->FirstName + u' ' + company->LastName,
+             configured("RootFirstName") + u' ' + configured("RootLastName"));
+    QCOMPARE(company->Birthdate, configured("RootBirthdate"));
+    QCOMPARE(company->Mobile + u' ' + company->Website,
+             configured("RootMobile") + u' ' + configured("RootWebsite"));
+    QCOMPARE((QStringList{company->Answer1, company->Answer2, company->Answer3}),
+             (QStringList{configured("RootAnswer1"), configured("RootAnswer2"),
+                          configured("RootAnswer3")}));
+    const std::optional<UserxJson> root = Session::getLoggedUserxJson();
+    QCOMPARE(root->CompanyID, company->ID);
+    QCOMPARE(root->LastName, company->LastName);
+    QVERIFY(!Session::isDemo());
+    Session::setPermission(QStringLiteral("12,3"));
+    for (const auto &[module, allowed] :
+         {std::pair("1", true), std::pair("3", true), std::pair("2,", true), std::pair("4", false)})
+        QCOMPARE(Session::hasPermission(QLatin1StringView(module)), allowed);
     QCOMPARE(company->ExpireTime.left(4).toInt(), company->RegisterTime.left(4).toInt() + 1);
 
     // The company alone is missing nothing but its user.
@@ -260,6 +286,33 @@ void LoginTest::deadServiceTellsAndLives()
     m_service->start();
     click("loginButton");
     QTRY_VERIFY(!m_page->isVisible());
+}
+
+void LoginTest::badReplyTellsAndLives_data()
+{
+    QTest::addColumn<QByteArray>("reply");
+
+    QTest::newRow("a web page") << QByteArray("<html>Bad gateway</html>");
+    QTest::newRow("a row that is none") << QByteArray(R"({"Result":[5]})");
+    QTest::newRow("no rows") << QByteArray(R"({"Result":[]})");
+    QTest::newRow("not ASCII") << QByteArray("{\"Result\":[{\"Userx\":\"\xc3\xa9\"}]}");
+}
+
+void LoginTest::badReplyTellsAndLives()
+{
+    QFETCH(const QByteArray, reply);
+    const quint16 port = m_service->port();
+    {
+        RecordingServer server;
+        server.setReply(reply);
+        AlertRecorder recorder;
+        recorder.expect(noUser, noUserHelp);
+        enter(QStringLiteral("member"), QStringLiteral("pass"));
+        click("loginButton");
+        QTRY_VERIFY(recorder.isDone());
+        QVERIFY(!Session::getLoggedUserxJson() && control<QWidget>("loginButton")->isEnabled());
+    }
+    preferService(port, QStringLiteral("secret"));
 }
 
 void LoginTest::serverSettings()

@@ -8,6 +8,7 @@
 
 #include <QTcpSocket>
 
+#include <mutex>
 #include <thread>
 
 class TableServiceTest : public QObject
@@ -18,6 +19,8 @@ private Q_SLOTS:
     void initTestCase();
     void clauses_data();
     void clauses();
+    void clausesOfThePages_data();
+    void clausesOfThePages();
     void attacks_data();
     void attacks();
     void values_data();
@@ -31,6 +34,7 @@ private Q_SLOTS:
     void refusals();
     void halfRequestsCostNothing();
     void killLosesNoAnsweredInsert();
+    void endAnswersWhatRuns();
 
 private:
     // The answer to raw bytes, until the service closes or falls silent.
@@ -89,12 +93,51 @@ void TableServiceTest::clauses_data()
     row("1=1 ORDER BY Namex DESC", "b ab a O'Neil");
     row("CompanyID=1 order by Namex asc", "a ab");
     row("Memo=''", "a b ab O'Neil");
+    row("(CompanyID='1' OR CompanyID='2') AND (Memo='' OR Memo='x') AND ID>0 ORDER BY Namex DESC",
+        "b ab a");
+    row("Namex='a' AND ID=1 OR (Namex='b' AND ID!=1)", "a b");
+    row("Namex!='b' AND CompanyID>0 AND 1=1", "a ab O'Neil");
+    row("Namex LIKE '~b~'", "b ab");
 }
 
 void TableServiceTest::clauses()
 {
     QFETCH(const QString, clause);
     QTEST(met(clause), "names");
+}
+
+void TableServiceTest::clausesOfThePages_data()
+{
+    QTest::addColumn<QString>("service");
+    QTest::addColumn<QString>("clause");
+
+    const auto row = [](const char *service, const char *clause) {
+        QTest::newRow(clause) << QString::fromLatin1(service) << QString::fromLatin1(clause);
+    };
+    row("UserxService", "IsEnabled=1 AND Userx='O&#39;Neil'");
+    row("UserxService", "CompanyID=5 AND IsEnabled=1");
+    row("UserxService", "Userx='anna' AND Passwordx='~-:&#34;'");
+    row("CompanyService", "Email='a@b.c' OR RescueEmail='a@b.c'");
+    row("CompanyService", "Email='a@b.c' AND ID=5 OR (RescueEmail='a@b.c' AND ID!=5)");
+    row("CompanyService", "Email!='root' AND Namex LIKE '~a~' ORDER BY RegisterTime DESC");
+    row("CompanyService", "Email!='root' AND BusinessContinent='Asia' AND Country='Japan'");
+    row("FeedbackService", "UserID=5 ORDER BY AskTime DESC");
+    row("FeedbackService", "UserID=5 AND AnsweredBy>0 ORDER BY AskTime DESC");
+    row("NotificationService",
+        "(BusinessContinent='' OR BusinessContinent='Asia') AND (Country='' OR Country='Japan') "
+        "AND IsEnabled=1 ORDER BY IssuedTime DESC");
+    row("NotificationReadStatusService", "IsRead=1 AND NotificationID=1 AND UserxID=2");
+}
+
+// On empty tables: "0" is an answer, "false" a refusal.
+void TableServiceTest::clausesOfThePages()
+{
+    QFETCH(const QString, service);
+    QFETCH(const QString, clause);
+    const QByteArray body = "{\"WhereClause\":\"" + clause.toUtf8().replace('"', "\\\"") + "\"}";
+    QCOMPARE(
+        BLSyncAbstract::sendSyncRequest(QString::fromUtf8(body), MiscTool::getCountURL(service)),
+        QStringLiteral("0"));
 }
 
 void TableServiceTest::attacks_data()
@@ -185,9 +228,8 @@ void TableServiceTest::pages_data()
     QTest::newRow("no number") << "x"
                                << "2"
                                << "null";
-    QTest::newRow("negative") << "0"
-                              << "-1"
-                              << "null";
+    for (const char *step : {"-1", "-0", "+2", " 2 ", "2.0"})
+        QTest::newRow(step) << "0" << step << "null";
 }
 
 void TableServiceTest::pages()
@@ -323,22 +365,88 @@ void TableServiceTest::halfRequestsCostNothing()
     QCOMPARE(BLSyncUserGroup().getCount(QStringLiteral("1=1")), 4);
 }
 
+namespace {
+
+// Inserts made by several connections at once, each record with a text of its own, until the
+// service ends. The connections are kept, as a busy client's are.
+class Load
+{
+public:
+    explicit Load(quint16 port)
+    {
+        for (int i = 0; i < 16; ++i)
+            m_threads.emplace_back([this, i, port] { insert(i, port); });
+    }
+
+    // The texts whose insert was answered.
+    [[nodiscard]] QStringList answered()
+    {
+        m_threads.clear();
+        return m_answered;
+    }
+
+private:
+    void insert(int client, quint16 port)
+    {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress::LocalHost, port);
+        for (int i = 0; socket.waitForConnected(1000); ++i) {
+            const QByteArray text = "c" + QByteArray::number(client) + "n" + QByteArray::number(i);
+            const QByteArray body = "{\"Answer\":\"" + text + "\"}";
+            socket.write("POST /FeedbackService?servicePassword=secret&operation=INSERT HTTP/1.1"
+                         "\r\nHost: x\r\nContent-Length: "
+                         + QByteArray::number(body.size()) + "\r\n\r\n" + body);
+            QByteArray reply;
+            while (!reply.contains("\r\n\r\n") && socket.waitForReadyRead(5000))
+                reply += socket.readAll();
+            if (!reply.endsWith("true"))
+                return;
+            const std::lock_guard guard(m_mutex);
+            m_answered.append(QString::fromLatin1(text));
+        }
+    }
+
+    std::mutex m_mutex;
+    QStringList m_answered;
+    std::vector<std::jthread> m_threads;
+};
+
+// Every text that is in the table, with how often it is there.
+QMap<QString, int> storedAnswers()
+{
+    QMap<QString, int> found;
+    const auto rows = BLSyncFeedback().select(QStringLiteral("Answer LIKE 'c~n~'"));
+    for (const QVariantMap &row : rows.value_or(QList<QVariantMap>()))
+        ++found[FeedbackJson::getJson(row).Answer];
+    return found;
+}
+
+}
+
+void TableServiceTest::endAnswersWhatRuns()
+{
+    QVERIFY(BLSyncFeedback().remove(QStringLiteral("1=1")));
+    Load load(m_service.port());
+    QTest::qWait(300);
+    QCOMPARE(m_service.end(), 0);
+    const QStringList answered = load.answered();
+    m_service.start();
+    const QMap<QString, int> stored = storedAnswers();
+    QVERIFY(answered.size() > 16);
+    QCOMPARE(stored.size(), answered.size());
+}
+
 void TableServiceTest::killLosesNoAnsweredInsert()
 {
-    int answered = 0;
-    std::jthread killer([&service = m_service] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(150));
-        service.terminateHard();
-    });
-    FeedbackJson feedback;
-    feedback.Answer = QStringLiteral("kept");
-    while (BLSyncFeedback().insert(feedback))
-        ++answered;
-    killer.join();
+    Load load(m_service.port());
+    QTest::qWait(300);
     m_service.kill();
-    QVERIFY(answered > 0);
+    const QStringList answered = load.answered();
     m_service.start();
-    QVERIFY(BLSyncFeedback().getCount(QStringLiteral("Answer='kept'")) >= answered);
+    const QMap<QString, int> stored = storedAnswers();
+    QVERIFY(answered.size() > 16);
+    for (const QString &text : answered)
+        QCOMPARE(stored.value(text), 1);
 }
 
 MAPLORN_TEST_MAIN(TableServiceTest)

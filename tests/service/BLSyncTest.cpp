@@ -9,6 +9,8 @@
 
 #include <QElapsedTimer>
 #include <QScopeGuard>
+#include <QTcpSocket>
+#include <QTimer>
 
 namespace {
 
@@ -40,6 +42,8 @@ private Q_SLOTS:
     void silenceEnds();
     void endlessReplyEnds();
     void nobodyListens();
+    void nothingIsSentTwice();
+    void drippingReplyEnds();
     void addresses();
 
 private:
@@ -233,6 +237,43 @@ void BLSyncTest::addresses()
     QCOMPARE(MiscTool::getAppURL(), QString()); // an empty preference wins over the file
     Preferences::remove(QStringLiteral("AppURL"));
     QVERIFY(!MiscTool::getAppURL().isEmpty());
+}
+
+// A service that has taken a record and dies before it answers must not get it again.
+void BLSyncTest::nothingIsSentTwice()
+{
+    QTcpServer dying;
+    QVERIFY(dying.listen(QHostAddress::LocalHost));
+    preferService(dying.serverPort(), QStringLiteral("x"));
+    int requests = 0;
+    connect(&dying, &QTcpServer::newConnection, &dying, [&] {
+        QTcpSocket *socket = dying.nextPendingConnection();
+        connect(socket, &QTcpSocket::readyRead, socket, [&requests, socket] {
+            if (!socket->readAll().endsWith('}'))
+                return;
+            ++requests;
+            socket->close();
+        });
+    });
+    FeedbackJson feedback;
+    QVERIFY(!BLSyncFeedback().insert(feedback));
+    QTest::qWait(50);
+    QCOMPARE(requests, 1);
+}
+
+void BLSyncTest::drippingReplyEnds()
+{
+    ServiceCall::limits().wholeTime = 300;
+    ServiceCall::limits().silentTime = 200;
+    m_server->setRawReply("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\n");
+    QTimer drip;
+    connect(&drip, &QTimer::timeout, this, [this] {
+        const QList<QTcpSocket *> sockets = m_server->findChildren<QTcpSocket *>();
+        for (QTcpSocket *socket : sockets)
+            socket->write("x");
+    });
+    drip.start(20);
+    QCOMPARE(BLSyncFeedback().getCount(QStringLiteral("1=1")), 0);
 }
 
 MAPLORN_TEST_MAIN(BLSyncTest)

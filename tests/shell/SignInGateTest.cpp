@@ -4,6 +4,7 @@
 #include "LoginViewController.h"
 #include "NoticeOfPreloginViewController.h"
 #include "Preferences.h"
+#include "RunningJobs.h"
 #include "ServiceFixture.h"
 #include "ServicePages.h"
 #include "Session.h"
@@ -178,8 +179,20 @@ void SignInGateTest::logoutAsksEachTime()
         open(11);
         QTRY_VERIFY(alerts.isDone());
         QVERIFY(Session::isRoot());
-        open(10);
     }
+    // While a job runs the window stays, and so does the session, until that is settled.
+    RunningJobs::Mark job = RunningJobs::instance().add([] {});
+    alerts.expect(question, help);
+    alerts.expect(QStringLiteral("Are you sure to quit?"),
+                  QStringLiteral("A job is running. It will be aborted, and the window closes when "
+                                 "it has ended."),
+                  QMessageBox::Cancel);
+    open(11);
+    QTRY_VERIFY(alerts.isDone());
+    QVERIFY(m_window->isVisible() && Session::isRoot());
+    job.reset();
+    QCoreApplication::processEvents();
+    QVERIFY(m_window->isVisible() && Session::isRoot());
     alerts.expect(question, help);
     open(11);
     QTRY_VERIFY(!m_window->isVisible());

@@ -1,8 +1,8 @@
 // The pane that shows the service's pages: with a server that answers, refuses or says nothing, and
 // without leave to show anything at all.
+#include "WebPane.h"
 #include "ServiceFixture.h"
 #include "ServicePages.h"
-#include "WebPane.h"
 #include "WindowTestMain.h"
 
 #include <QLabel>
@@ -11,6 +11,8 @@
 #include <QTcpServer>
 
 #include <unistd.h>
+
+constexpr int slow = 30000; // ms that the web engine may take on a busy machine
 
 class WebPaneTest : public QObject
 {
@@ -49,9 +51,10 @@ void WebPaneTest::viewComesAfterTheFirstPainting()
     m_pane->open(ServicePages::url());
     QVERIFY2(!view(), "made before anything is on the screen");
     m_pane->show();
-    QTRY_VERIFY(view());
-    QTRY_COMPARE(view()->property("title").toString(), QStringLiteral("Maplorn Disc"));
-    QTRY_VERIFY(!isLoading());
+    QTRY_VERIFY_WITH_TIMEOUT(view(), slow);
+    QTRY_COMPARE_WITH_TIMEOUT(view()->property("title").toString(), QStringLiteral("Maplorn Disc"),
+                              slow);
+    QTRY_VERIFY_WITH_TIMEOUT(!isLoading(), slow);
 }
 
 void WebPaneTest::refusedConnectionLeavesThePageEmpty()
@@ -62,11 +65,11 @@ void WebPaneTest::refusedConnectionLeavesThePageEmpty()
     closed.close();
     m_pane->open(url);
     m_pane->show();
-    QTRY_VERIFY(view());
+    QTRY_VERIFY_WITH_TIMEOUT(view(), slow);
     QSignalSpy finished(view(), SIGNAL(loadFinished(bool)));
-    QVERIFY(finished.wait());
+    QVERIFY(finished.wait(slow));
     QCOMPARE(finished.first().first().toBool(), false);
-    QTRY_VERIFY(!isLoading());
+    QTRY_VERIFY_WITH_TIMEOUT(!isLoading(), slow);
 }
 
 void WebPaneTest::silentServerHoldsNothingUp()
@@ -75,8 +78,8 @@ void WebPaneTest::silentServerHoldsNothingUp()
     QVERIFY(silent.listen(QHostAddress::LocalHost));
     m_pane->open(QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(silent.serverPort())));
     m_pane->show();
-    QTRY_VERIFY(isLoading());
-    QTRY_VERIFY(silent.hasPendingConnections());
+    QTRY_VERIFY_WITH_TIMEOUT(isLoading(), slow);
+    QTRY_VERIFY_WITH_TIMEOUT(silent.hasPendingConnections(), slow);
     QTest::qWait(200);
     QVERIFY2(isLoading(), "still waiting, and saying so");
     m_pane.reset(); // a page that is left does not wait for its server

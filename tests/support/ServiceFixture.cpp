@@ -4,8 +4,6 @@
 
 #include <QCoreApplication>
 
-#include <csignal>
-
 ServiceFixture::ServiceFixture()
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -31,9 +29,11 @@ void ServiceFixture::start()
     preferService(m_port, QStringLiteral("secret"));
 }
 
-void ServiceFixture::terminateHard() const
+int ServiceFixture::end()
 {
-    ::kill(static_cast<pid_t>(m_process.processId()), SIGKILL);
+    m_process.terminate();
+    m_process.waitForFinished();
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
 
 void ServiceFixture::kill()

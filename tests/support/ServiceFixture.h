@@ -16,8 +16,8 @@ public:
     void start();
     // As a crash would end it.
     void kill();
-    // The same from any thread; kill must follow.
-    void terminateHard() const;
+    // As an operator ends it; the exit status.
+    int end();
 
     [[nodiscard]] quint16 port() const { return m_port; }
 

@@ -33,6 +33,8 @@ void MainQueue::deliver(QObject *context, const Task &report)
         return;
     }
     queue.m_reports.push_back({context, report});
+    if (queue.m_holds == 0) // the ones before it wait for an alert that one of them has opened
+        queue.wakeUp();
 }
 
 quint64 MainQueue::currentTask()

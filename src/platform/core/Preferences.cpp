@@ -16,12 +16,17 @@ QString path()
 // QSettings would make a new file readable for all, and keeps the mode of one that is there.
 void makePrivate(const QString &file)
 {
-    if (QFile::exists(file))
+    constexpr auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    constexpr QFileDevice::Permissions others = QFileDevice::ReadGroup | QFileDevice::WriteGroup
+                                                | QFileDevice::ReadOther | QFileDevice::WriteOther;
+    if (QFile::exists(file)) {
+        if (QFile::permissions(file) & others)
+            QFile::setPermissions(file, ownerOnly);
         return;
+    }
     QDir().mkpath(QFileInfo(file).path());
     QFile fresh(file);
-    if (fresh.open(QIODevice::WriteOnly | QIODevice::NewOnly,
-                   QFileDevice::ReadOwner | QFileDevice::WriteOwner))
+    if (fresh.open(QIODevice::WriteOnly | QIODevice::NewOnly, ownerOnly))
         fresh.close();
 }
 

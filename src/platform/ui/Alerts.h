@@ -18,9 +18,9 @@ void showAlert(const QString &message, const QString &informativeText);
 namespace Alerts {
 
 // A question as a sheet on the window that holds the widget; returns at once. onOk is called when
-// the user presses "OK", unless the widget has gone by then.
+// the user presses "OK", unless the widget has gone by then. The buttons' texts are of that table.
 void confirmOnWindow(QWidget *widget, const QString &message, const QString &informativeText,
-                     const std::function<void()> &onOk);
+                     const std::function<void()> &onOk, const char *table = "Localizable");
 
 // A modal question; true for "OK".
 [[nodiscard]] bool confirm(QWidget *widget, const QString &message, const QString &informativeText);

@@ -16,11 +16,10 @@ void MiscTool::flashScreen()
     for (const QScreen *screen : QGuiApplication::screens()) {
         auto *overlay = new QWidget(nullptr, Qt::ToolTip | Qt::FramelessWindowHint
                                                  | Qt::WindowTransparentForInput);
-        overlay->setAttribute(Qt::WA_DeleteOnClose);
         overlay->setAttribute(Qt::WA_ShowWithoutActivating);
         overlay->setStyleSheet(QStringLiteral("background: white"));
         overlay->setGeometry(screen->geometry());
         overlay->show();
-        QTimer::singleShot(duration, overlay, &QWidget::close);
+        QTimer::singleShot(duration, overlay, &QObject::deleteLater);
     }
 }

@@ -3,8 +3,10 @@
 #include "CDTextLanguages.h"
 #include "CDTextPacks.h"
 #include "DRCDTextKeys.h"
+#include "LibburnPacks.h"
 #include "PackTools.h"
 
+#include <atomic>
 #include <thread>
 
 using namespace PackTools;
@@ -62,6 +64,7 @@ private Q_SLOTS:
     void limitOfALanguage();
     void eightFullLanguagesFit();
     void refused();
+    void reasonOfTheEncoderIsTold();
     void blocksWithoutTextAreLeftOut();
     void threadsAtOnce();
 };
@@ -87,7 +90,7 @@ void CDTextTest::smallDiscByteForByte()
 void CDTextTest::everyPackHasItsChecksumAndNumber()
 {
     const QByteArray made = packs({block(u"en"_s, everyField(u"x"_s, 44))}, 44);
-    QVERIFY(made.size() > 200 * CDTextPacks::packSize);
+    QVERIFY(made.size() / CDTextPacks::packSize > 200);
     for (qsizetype number = 0; number * CDTextPacks::packSize < made.size(); ++number) {
         const QByteArray pack = made.mid(number * CDTextPacks::packSize, CDTextPacks::packSize);
         QCOMPARE(pack.last(2).toHex(), checksum(pack).toHex());
@@ -103,8 +106,10 @@ void CDTextTest::eightLanguagesAreReadBack()
     QList<DRCDTextBlock> blocks;
     for (const QString &language : languages)
         blocks.append(block(language, everyField(u"é "_s + language, trackCount)));
-    Reader reader(packs(blocks, trackCount));
+    const QByteArray made = packs(blocks, trackCount);
+    Reader reader(made);
     for (int index = 0; index < 8; ++index) {
+        QVERIFY(payload(made, 0x88, index).isEmpty() && payload(made, 0x89, index).isEmpty());
         const QString &language = languages.at(index);
         QVERIFY2(reader.select(index), qUtf8Printable(language));
         QCOMPARE(reader.language(), int(CDTextLanguages::ebuCode(language)));
@@ -224,6 +229,21 @@ void CDTextTest::refused()
     QVERIFY(!CDTextPacks::encode({text}, 0));
 }
 
+void CDTextTest::reasonOfTheEncoderIsTold()
+{
+    const CDTextPayload::Texts text{0x80, "D"_ba + '\0', {QByteArray(1, '\0')}};
+    CDTextPayload::Texts tooLong = text;
+    tooLong.disc = QByteArray(3036, 'x'); // 253 packs
+    CDTextPayload::Texts noText = text;
+    noText.packType = 0x90;
+    QCOMPARE(LibburnPacks::make({{0, 0, 9, {tooLong}}}, 1).error(),
+             u"Too many CD-TEXT packs in block"_s);
+    // And not the reason of the call before.
+    QCOMPARE(LibburnPacks::make({{0, 0, 9, {noText}}}, 1).error(),
+             u"CD-TEXT pack type out of range"_s);
+    QVERIFY(LibburnPacks::make({{0, 0, 9, {text}}}, 1));
+}
+
 // The editor stores a genre for every language, chosen or not.
 void CDTextTest::blocksWithoutTextAreLeftOut()
 {
@@ -242,18 +262,18 @@ void CDTextTest::threadsAtOnce()
 {
     const QList<DRCDTextBlock> blocks{block(u"en"_s, everyField(u"x"_s, 20))};
     const QByteArray expected = packs(blocks, 20);
-    std::array<int, 4> wrong{};
+    std::atomic_int wrong = 0;
     {
         std::array<std::jthread, 4> threads;
-        for (size_t index = 0; index < threads.size(); ++index)
-            threads[index] = std::jthread([&blocks, &expected, &count = wrong[index]] {
+        for (std::jthread &thread : threads)
+            thread = std::jthread([&blocks, &expected, &wrong] {
                 for (int round = 0; round < 25; ++round) {
                     const Result<QByteArray> made = CDTextPacks::encode(blocks, 20);
-                    count += made && made.value() == expected ? 0 : 1;
+                    wrong += made && made.value() == expected ? 0 : 1;
                 }
             });
     }
-    QCOMPARE(wrong, (std::array<int, 4>{}));
+    QCOMPARE(wrong.load(), 0);
 }
 
 MAPLORN_TEST_MAIN(CDTextTest)

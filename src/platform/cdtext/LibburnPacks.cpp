@@ -24,6 +24,16 @@ using Session = std::unique_ptr<burn::burn_session, Free>;
 using Track = std::unique_ptr<burn::burn_track, Free>;
 using Packs = std::unique_ptr<unsigned char, Free>;
 
+// libburn keeps only fatal messages unless told otherwise, and a refusal is not one.
+bool initialize()
+{
+    std::array<char, 4> queued{"ALL"};
+    std::array<char, 6> printed{"NEVER"};
+    std::array<char, 1> prefix{""};
+    return burn::burn_initialize() > 0
+           && burn::burn_msgs_set_severities(queued.data(), printed.data(), prefix.data()) > 0;
+}
+
 // Empties the queue, so that it does not grow and the next job does not find our messages in it.
 QString lastMessage()
 {
@@ -96,7 +106,7 @@ QList<burn::burn_track *> addTracks(burn::burn_session *session, int trackCount)
 // Nothing where libburn refuses.
 std::optional<QByteArray> packs(const QList<LibburnPacks::Block> &blocks, int trackCount)
 {
-    if (burn::burn_initialize() <= 0)
+    if (!initialize())
         return std::nullopt;
     // Always a fresh session: making packs after texts were taken away crashes libburn.
     const Session session(burn::burn_session_create());

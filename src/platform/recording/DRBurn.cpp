@@ -1,5 +1,6 @@
 #include "DRBurn.h"
 
+#include "DRCDTextKeys.h"
 #include "DRKeys.h"
 #include "Recorder.h"
 
@@ -8,7 +9,23 @@ struct DRBurn::Data : DRJob
     using DRJob::DRJob;
 
     BurnRequest request;
+    QVariantMap properties;
 };
+
+namespace {
+
+QList<DRCDTextBlock> cdTextOf(const QVariantMap &properties)
+{
+    const QVariant text = properties.value(DRCDTextKey);
+    if (text.canConvert<DRCDTextBlock>())
+        return {text.value<DRCDTextBlock>()};
+    QList<DRCDTextBlock> blocks;
+    for (const QVariant &block : text.toList())
+        blocks.append(block.value<DRCDTextBlock>());
+    return blocks;
+}
+
+}
 
 DRBurn DRBurn::initWithDevice(const DRDevice &device)
 {
@@ -42,10 +59,21 @@ void DRBurn::setVerifyDisc(bool verify)
     m_data->request.verify = verify;
 }
 
+QVariantMap DRBurn::properties() const
+{
+    return m_data ? m_data->properties : QVariantMap();
+}
+
+void DRBurn::setProperties(const QVariantMap &properties)
+{
+    m_data->properties = properties;
+}
+
 void DRBurn::writeLayout(const QList<DRTrack> &tracks)
 {
     BurnRequest request = m_data->request;
     request.tracks = tracks;
+    request.cdText = cdTextOf(m_data->properties);
     DRJob::start(m_data, QVariant::fromValue(*this), DRBurnStatusChangedNotification,
                  [request](Recorder &recorder, JobReport &report) {
                      return recorder.burn(request, report);

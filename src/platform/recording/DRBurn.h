@@ -24,6 +24,11 @@ public:
     void setAppendable(bool appendable);
     void setVerifyDisc(bool verify);
 
+    // What else the burn is told, by key: DRCDTextKey holds a DRCDTextBlock, or a list of them in
+    // the order of the languages. Other keys are kept and mean nothing.
+    [[nodiscard]] QVariantMap properties() const;
+    void setProperties(const QVariantMap &properties);
+
     // Starts the burn in the background and returns. Its progress and its end come as
     // DRBurnStatusChangedNotification about this burn.
     void writeLayout(const QList<DRTrack> &tracks);

@@ -140,6 +140,7 @@ DR_NAME(DRDeviceSupportLevelSupported);
 DR_NAME(DRDeviceCanWriteKey);
 DR_NAME(DRDeviceCanWriteCDKey);
 DR_NAME(DRDeviceCanWriteCDRKey);
+DR_NAME(DRDeviceCanWriteCDTextKey);
 DR_NAME(DRDeviceCanWriteCDRWKey);
 DR_NAME(DRDeviceCanWriteDVDKey);
 DR_NAME(DRDeviceCanWriteDVDRKey);

@@ -110,6 +110,7 @@ QVariantMap MediaTypes::writeCapabilities()
 {
     QVariantMap capabilities;
     for (const QLatin1StringView key : {DRDeviceCanWriteKey,
+                                        DRDeviceCanWriteCDTextKey,
                                         DRDeviceCanWriteCDKey,
                                         DRDeviceCanWriteCDRKey,
                                         DRDeviceCanWriteCDRWKey,

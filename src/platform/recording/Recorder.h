@@ -2,6 +2,7 @@
 // it, and its jobs. Descriptions and access: any thread. burn() and erase(): the job thread.
 #pragma once
 
+#include "DRCDTextBlock.h"
 #include "DRTrack.h"
 #include "JobReport.h"
 
@@ -15,6 +16,7 @@ class JobThread;
 struct BurnRequest
 {
     QList<DRTrack> tracks;
+    QList<DRCDTextBlock> cdText; // of audio tracks, one a language; empty: none
     double speed = 0; // KB (1,000 bytes) per second; 0: the recorder's own choice
     bool appendable = false;
     bool verify = false;

@@ -13,8 +13,11 @@
 
 namespace {
 
-constexpr int blockSize = 2048;
-constexpr int dataBlockType = 8; // mode 1 (MMC, data block type)
+// Bytes of a block, and the data block type of MMC: mode 1, and audio.
+constexpr int dataBlockSize = 2048;
+constexpr int dataBlockType = 8;
+constexpr int audioBlockSize = 2352;
+constexpr int audioBlockType = 0;
 
 constexpr std::array stateNames{QLatin1StringView("blank"), QLatin1StringView("incomplete"),
                                 QLatin1StringView("complete")};
@@ -23,6 +26,7 @@ const QString identifierKey = QStringLiteral("Identifier");
 const QString typeKey = QStringLiteral("Type");
 const QString stateKey = QStringLiteral("State");
 const QString appendableKey = QStringLiteral("Appendable");
+const QString audioKey = QStringLiteral("Audio");
 const QString capacityKey = QStringLiteral("Capacity");
 const QString tracksKey = QStringLiteral("Tracks");
 
@@ -38,8 +42,8 @@ QVariantMap trackStatus(const VirtualMedium &medium, int number, qint64 start, q
     const QLatin1StringView type = empty      ? DRTrackTypeInvisible
                                    : complete ? DRTrackTypeComplete
                                               : DRTrackTypeIncomplete;
-    return {{DRBlockSizeKey, blockSize},
-            {DRBlockTypeKey, dataBlockType},
+    return {{DRBlockSizeKey, medium.audio ? audioBlockSize : dataBlockSize},
+            {DRBlockTypeKey, medium.audio ? audioBlockType : dataBlockType},
             {DRFreeBlocksKey, empty ? length : 0},
             {DRSessionFormatKey, 0},
             {DRSessionNumberKey, 1},
@@ -66,6 +70,7 @@ void VirtualMedium::clear()
 {
     state = State::Blank;
     appendable = false;
+    audio = false;
     tracks.clear();
 }
 
@@ -82,6 +87,7 @@ std::optional<VirtualMedium> VirtualMedium::load(const QString &folder)
     if (found != stateNames.end())
         medium.state = static_cast<State>(found - stateNames.begin());
     medium.appendable = list.value(appendableKey).toBool();
+    medium.audio = list.value(audioKey).toBool();
     medium.capacity = list.value(capacityKey).toLongLong();
     for (const QVariant &length : list.value(tracksKey).toList())
         medium.tracks.append(length.toLongLong());
@@ -99,6 +105,7 @@ Result<> VirtualMedium::store(const QString &folder) const
                     {typeKey, type},
                     {stateKey, QString(stateNames.at(static_cast<size_t>(state)))},
                     {appendableKey, appendable},
+                    {audioKey, audio},
                     {capacityKey, capacity},
                     {tracksKey, lengths}});
 }

@@ -20,6 +20,7 @@ struct VirtualMedium
     QString type;       // DRDeviceMediaType…; Unknown where the property list cannot be read
     State state = State::Incomplete;
     bool appendable = false; // left open after a burn
+    bool audio = false;      // what was burned is audio
     qint64 capacity = 0;     // blocks
     QList<qint64> tracks;    // blocks of each track, in order from block 0
 

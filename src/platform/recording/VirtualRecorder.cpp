@@ -3,6 +3,8 @@
 #include "DRKeys.h"
 #include "DiscLayout.h"
 #include "MediaTypes.h"
+#include "PcmDisc.h"
+#include "TrackSheets.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -198,60 +200,87 @@ Result<> VirtualRecorder::burn(const BurnRequest &request, JobReport &report)
         return medium.failure();
     if (!medium.value().isBlank())
         return Failure{QStringLiteral("The medium is not blank.")};
-    if (contains(request.tracks, mediumFolder()))
-        return Failure{QStringLiteral("The folder holds the files of the medium in the recorder, "
-                                      "which change while it is burned.")};
-    const Result<DiscLayout> layout = DiscLayout::prepare(request.tracks, report.stopToken());
+    const Result<DiscLayout> layout = layoutFor(request, medium.value(), report);
     if (!layout)
         return layout.failure();
-    if (layout.value().tracks().size() != 1)
-        return Failure{QStringLiteral("A data disc has one track.")};
-    if (layout.value().blockCount() > medium.value().capacity)
-        return Failure{QStringLiteral("The source needs %1 blocks, the medium holds %2.")
-                           .arg(layout.value().blockCount())
-                           .arg(medium.value().capacity)};
     if (const Result<> going = report.checkStopped(); !going)
         return going;
-    Result<> written = writeDisc(layout.value().tracks().first(), request, medium.value(), report);
+    Result<> written = writeDisc(layout.value(), request, medium.value(), report);
     if (!written && checkMedium(medium.value()))
         m_tray.removeContent();
     return written;
 }
 
-Result<> VirtualRecorder::writeDisc(const TrackContent &track, const BurnRequest &request,
+Result<DiscLayout> VirtualRecorder::layoutFor(const BurnRequest &request,
+                                              const VirtualMedium &medium,
+                                              const JobReport &report) const
+{
+    if (contains(request.tracks, mediumFolder()))
+        return Failure{QStringLiteral("The folder holds the files of the medium in the recorder, "
+                                      "which change while it is burned.")};
+    Result<DiscLayout> layout = DiscLayout::prepare(request, report.stopToken());
+    if (!layout)
+        return layout;
+    const MediaType *type = MediaTypes::find(medium.type);
+    if (layout.value().isAudio() && (!type || type->mediaClass != DRDeviceMediaClassCD))
+        return Failure{QStringLiteral("Audio tracks can be burned on a CD only.")};
+    if (!layout.value().isAudio() && layout.value().tracks().size() != 1)
+        return Failure{QStringLiteral("A data disc has one track.")};
+    if (layout.value().blockCount() > medium.capacity)
+        return Failure{QStringLiteral("The source needs %1 blocks, the medium holds %2.")
+                           .arg(layout.value().blockCount())
+                           .arg(medium.capacity)};
+    return layout;
+}
+
+Result<> VirtualRecorder::writeDisc(const DiscLayout &layout, const BurnRequest &request,
                                     VirtualMedium medium, JobReport &report)
 {
     report.setState(DRStatusStateSessionOpen);
     medium.state = VirtualMedium::State::Incomplete;
-    medium.tracks = {track.blockCount()};
+    medium.audio = layout.isAudio();
+    medium.tracks = layout.trackLengths();
     if (const Result<> marked = medium.store(mediumFolder()); !marked)
         return marked;
 
-    QFile file(m_tray.unfinishedPath());
+    QFile file(m_tray.unfinishedPath(medium));
     if (!file.open(QIODevice::ReadWrite | QIODevice::Truncate | QIODevice::Unbuffered))
         return Failure{QStringLiteral("%1: %2").arg(file.fileName(), file.errorString())};
-    if (const Result<> done = writeAndVerify(track, request, medium, file, report); !done)
+    if (const Result<> done = writeAndVerify(layout, request, medium, file, report); !done)
         return done;
 
     report.setState(DRStatusStateFinishing);
+    if (const Result<> stored = storeSheets(layout); !stored)
+        return stored;
     if (const Result<> ready = checkReadyToFinish(medium, report); !ready)
         return ready;
-    if (!file.rename(m_tray.contentPath()))
+    if (!file.rename(m_tray.contentPath(medium)))
         return Failure{QStringLiteral("%1: %2").arg(file.fileName(), file.errorString())};
     medium.state = VirtualMedium::State::Complete;
     medium.appendable = request.appendable;
     return medium.store(mediumFolder());
 }
 
-Result<> VirtualRecorder::writeAndVerify(const TrackContent &track, const BurnRequest &request,
+Result<> VirtualRecorder::writeAndVerify(const DiscLayout &layout, const BurnRequest &request,
+                                         const VirtualMedium &medium, QFile &file,
+                                         JobReport &report)
+{
+    if (layout.isAudio())
+        return writeAndVerify(PcmDisc(layout.audioTracks(), report.stopToken()), request, medium,
+                              file, report);
+    return writeAndVerify(layout.tracks().first(), request, medium, file, report);
+}
+
+template <typename Content>
+Result<> VirtualRecorder::writeAndVerify(Content content, const BurnRequest &request,
                                          const VirtualMedium &medium, QFile &file,
                                          JobReport &report)
 {
     const double singleSpeed = singleSpeedOf(medium);
     report.setState(DRStatusStateTrackOpen);
     report.beginPhase(DRStatusStateTrackWrite, 0, request.verify ? verifyShare : 1,
-                      track.byteCount(), singleSpeed);
-    if (Result<> done = track.writeTo(file.handle(), step(report, medium, request.speed)); !done)
+                      content.byteCount(), singleSpeed);
+    if (Result<> done = content.writeTo(file.handle(), step(report, medium, request.speed)); !done)
         return done;
     report.setState(DRStatusStateTrackClose);
     // On the disk before it counts as written; and then out of the cache, so that verifying reads
@@ -262,8 +291,24 @@ Result<> VirtualRecorder::writeAndVerify(const TrackContent &track, const BurnRe
     if (Result<> going = report.checkStopped(); !going || !request.verify)
         return going;
     ::posix_fadvise(file.handle(), 0, 0, POSIX_FADV_DONTNEED);
-    report.beginPhase(DRStatusStateVerifying, verifyShare, 1, track.byteCount(), singleSpeed);
-    return track.compareWith(file.handle(), step(report, medium, 0));
+    report.beginPhase(DRStatusStateVerifying, verifyShare, 1, content.byteCount(), singleSpeed);
+    return content.compareWith(file.handle(), step(report, medium, 0));
+}
+
+// The packs end with a zero byte: readers of such files tell them by their odd length.
+Result<> VirtualRecorder::storeSheets(const DiscLayout &layout) const
+{
+    if (!layout.isAudio())
+        return Done{};
+    const QByteArray &packs = layout.cdTextPacks();
+    const QList<qint64> lengths = layout.trackLengths();
+    if (!packs.isEmpty())
+        if (Result<> stored = m_tray.storeSheet(QStringLiteral("cdt"), packs + '\0'); !stored)
+            return stored;
+    const QByteArray cue = TrackSheets::cueSheet(lengths, !packs.isEmpty());
+    if (Result<> stored = m_tray.storeSheet(QStringLiteral("cue"), cue); !stored)
+        return stored;
+    return m_tray.storeSheet(QStringLiteral("toc"), TrackSheets::tocFile(lengths, layout.cdText()));
 }
 
 Result<> VirtualRecorder::erase(EraseType type, JobReport &report)
@@ -279,9 +324,10 @@ Result<> VirtualRecorder::erase(EraseType type, JobReport &report)
     if (const Result<> marked = medium.store(mediumFolder()); !marked)
         return marked;
     // What is being erased is no disc to be read. A burn that was cut off left its content there.
-    if (QFile::exists(m_tray.contentPath())
-        && !QFile::rename(m_tray.contentPath(), m_tray.unfinishedPath()))
-        return Failure{QStringLiteral("%1 cannot be renamed.").arg(m_tray.contentPath())};
+    const QString content = m_tray.contentPath(medium);
+    if (QFile::exists(content) && !QFile::rename(content, m_tray.unfinishedPath(medium)))
+        return Failure{QStringLiteral("%1 cannot be renamed.").arg(content)};
+    m_tray.removeSheets();
     if (type == EraseType::Complete) {
         if (const Result<> done = overwriteContent(medium, report); !done)
             return done;
@@ -298,7 +344,7 @@ Result<> VirtualRecorder::erase(EraseType type, JobReport &report)
 
 Result<> VirtualRecorder::overwriteContent(const VirtualMedium &medium, JobReport &report)
 {
-    QFile file(m_tray.unfinishedPath());
+    QFile file(m_tray.unfinishedPath(medium));
     const qint64 size = file.size();
     report.beginPhase(DRStatusStateErasing, 0, 1, size, singleSpeedOf(medium));
     if (!file.exists())

@@ -1,6 +1,7 @@
 // A recorder that burns into files, so that every page works on a machine without a drive. Its
-// medium lies in the folder medium/: medium.plist, and disc.iso once data are burned. Written
-// media that are ejected are kept in the folder ejected/. Any thread, as the port says.
+// medium lies in the folder medium/: medium.plist, and disc.iso once data are burned, or disc.bin
+// with disc.cue, disc.toc and disc.cdt (CD-Text packs) once audio is. Written media that are
+// ejected are kept in the folder ejected/. Any thread, as the port says.
 #pragma once
 
 #include "JobThread.h"
@@ -11,7 +12,7 @@
 #include <memory>
 
 class QFile;
-class TrackContent;
+class DiscLayout;
 
 class VirtualRecorder : public Recorder
 {
@@ -57,11 +58,19 @@ private:
     [[nodiscard]] Result<> checkReadyToFinish(const VirtualMedium &medium,
                                               const JobReport &report) const;
     [[nodiscard]] Result<> checkMedium(const VirtualMedium &medium) const;
-    [[nodiscard]] Result<> writeDisc(const TrackContent &track, const BurnRequest &request,
+    [[nodiscard]] Result<DiscLayout> layoutFor(const BurnRequest &request,
+                                               const VirtualMedium &medium,
+                                               const JobReport &report) const;
+    [[nodiscard]] Result<> writeDisc(const DiscLayout &layout, const BurnRequest &request,
                                      VirtualMedium medium, JobReport &report);
-    [[nodiscard]] Result<> writeAndVerify(const TrackContent &track, const BurnRequest &request,
+    [[nodiscard]] Result<> writeAndVerify(const DiscLayout &layout, const BurnRequest &request,
                                           const VirtualMedium &medium, QFile &file,
                                           JobReport &report);
+    template <typename Content>
+    [[nodiscard]] Result<> writeAndVerify(Content content, const BurnRequest &request,
+                                          const VirtualMedium &medium, QFile &file,
+                                          JobReport &report);
+    [[nodiscard]] Result<> storeSheets(const DiscLayout &layout) const;
     [[nodiscard]] Advance step(JobReport &report, const VirtualMedium &medium, double limit);
     [[nodiscard]] Result<> overwriteContent(const VirtualMedium &medium, JobReport &report);
 

@@ -4,7 +4,7 @@
 
 #include <QDateTime>
 #include <QDir>
-#include <QFile>
+#include <QSaveFile>
 #include <QTemporaryDir>
 
 QString VirtualTray::mediumFolder() const
@@ -12,20 +12,41 @@ QString VirtualTray::mediumFolder() const
     return m_folder + QStringLiteral("/medium");
 }
 
-QString VirtualTray::contentPath() const
+QString VirtualTray::contentPath(const VirtualMedium &medium) const
 {
-    return mediumFolder() + QStringLiteral("/disc.iso");
+    return mediumFolder()
+           + (medium.audio ? QStringLiteral("/disc.bin") : QStringLiteral("/disc.iso"));
 }
 
-QString VirtualTray::unfinishedPath() const
+QString VirtualTray::unfinishedPath(const VirtualMedium &medium) const
 {
-    return contentPath() + QStringLiteral(".part");
+    return contentPath(medium) + QStringLiteral(".part");
+}
+
+Result<> VirtualTray::storeSheet(const QString &suffix, const QByteArray &content) const
+{
+    QSaveFile file(mediumFolder() + QStringLiteral("/disc.") + suffix);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+        return Failure{QStringLiteral("%1: %2").arg(file.fileName(), file.errorString())};
+    return Done{};
+}
+
+void VirtualTray::removeSheets() const
+{
+    QDir folder(mediumFolder());
+    for (const char *suffix : {"cue", "toc", "cdt"})
+        folder.remove(QStringLiteral("disc.") + QLatin1StringView(suffix));
 }
 
 void VirtualTray::removeContent() const
 {
-    QFile::remove(contentPath());
-    QFile::remove(unfinishedPath());
+    removeSheets();
+    VirtualMedium medium;
+    for (const bool audio : {false, true}) {
+        medium.audio = audio;
+        QFile::remove(contentPath(medium));
+        QFile::remove(unfinishedPath(medium));
+    }
 }
 
 std::optional<VirtualMedium> VirtualTray::medium() const

@@ -16,9 +16,14 @@ public:
     [[nodiscard]] QString folder() const { return m_folder; }
     [[nodiscard]] QString mediumFolder() const;
 
-    // What was burned, and the same while it is being burned or erased.
-    [[nodiscard]] QString contentPath() const;
-    [[nodiscard]] QString unfinishedPath() const;
+    // What was burned on the medium, disc.iso or disc.bin, and the same while it is being burned or
+    // erased.
+    [[nodiscard]] QString contentPath(const VirtualMedium &medium) const;
+    [[nodiscard]] QString unfinishedPath(const VirtualMedium &medium) const;
+
+    // Stores a file that describes what is burned; removes these; and removes all of it.
+    [[nodiscard]] Result<> storeSheet(const QString &suffix, const QByteArray &content) const;
+    void removeSheets() const;
     void removeContent() const;
 
     // The medium in the recorder; null where there is none.

@@ -308,6 +308,8 @@ void AudioFaultTest::noAudio_data()
     QTest::newRow("playlist") << text("a.mp3") << QByteArray("#EXTM3U\n/etc/passwd\n");
     QTest::newRow("amr without frames") << text("a.amr") << QByteArray("#!AMR\n");
     QTest::newRow("amr that ends within a frame") << text("a.amr") << SoundFiles::amr(9).chopped(1);
+    QTest::newRow("amr with pauses")
+        << text("a.amr") << QByteArray(SoundFiles::amr(9) + QByteArray("\x44\0\0\0\0\0\x7C", 7));
     QTest::newRow("amr with rubbish")
         << text("a.amr") << QByteArray(SoundFiles::amr(9) + "\xFF\xFF");
     QByteArray samples(200'000, '\0');

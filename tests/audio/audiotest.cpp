@@ -41,6 +41,7 @@ private Q_SLOTS:
     void piped();
     void lastSector_data();
     void lastSector();
+    void lengthNotedByEncoder();
     void streamWithoutNote();
     void cutOutOfLongerStream();
     void tagsAtBothEnds();
@@ -163,6 +164,35 @@ void AudioTest::lastSector()
     QCOMPARE(found.size(), qsizetype(blocks) * AudioSource::sectorSize);
     QVERIFY(found.startsWith(SoundFiles::reference(file)));
     QVERIFY(isSilent(QByteArrayView(found).sliced(frames * 4)));
+}
+
+// As the largest music shop writes its files: no edit list, the last packet as long as the others,
+// and the true length in a note.
+void AudioTest::lengthNotedByEncoder()
+{
+    const QByteArray value(" 00000000 00000400 00000334 00000000000204CC 00000000 00000000");
+    const QByteArray room(48 + value.size(), 'x');
+    const QString made = m_files.make(text("a.m4a"), text("-c:a aac -metadata comment=")
+                                                         + QString::fromLatin1(room));
+    QByteArray bytes = SoundFiles::read(made);
+    QByteArray note("----\0\0\0\x1C"
+                    "mean\0\0\0\0com.apple.iTunes\0\0\0\x14"
+                    "name\0\0\0\0iTunSMPB"
+                    "\0\0\0",
+                    55);
+    note += static_cast<char>(16 + value.size());
+    note += QByteArray("data\0\0\0\1\0\0\0\0", 12) + value;
+    const qsizetype comment = bytes.indexOf("\xA9"
+                                            "cmt");
+    QVERIFY(comment > 0);
+    bytes.replace(comment, note.size(), note);
+    bytes.replace(bytes.indexOf("edts"), 4, "free");
+    bytes.replace(bytes.indexOf("stts") + 24, 4, QByteArray("\0\0\4\0", 4));
+    QString error;
+    const QByteArray found = SoundFiles::decode(m_files.write(text("noted.m4a"), bytes), &error);
+    QCOMPARE(error, QString());
+    QCOMPARE(found.size(), 225 * AudioSource::sectorSize);
+    QVERIFY(found == SoundFiles::decode(made, &error));
 }
 
 void AudioTest::streamWithoutNote()

@@ -79,7 +79,7 @@ public:
     // The first frame, which rubbish may hide: three headers in a row are no accident.
     [[nodiscard]] bool findFirst()
     {
-        constexpr qint64 farthest = 64 * 1024;
+        constexpr qint64 farthest = 64LL * 1024;
         const qint64 last = std::min(m_end, m_start + farthest);
         for (qint64 offset = m_start; offset < last; ++offset)
             if (isChain(offset)) {

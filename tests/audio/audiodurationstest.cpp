@@ -96,6 +96,7 @@ void AudioDurationsTest::severalThreads()
     std::vector<int> sums(8, 0);
     {
         std::vector<std::jthread> threads;
+        threads.reserve(sums.size());
         for (int &sum : sums)
             threads.emplace_back([&sum, &paths] {
                 for (const QString &path : paths)

@@ -81,6 +81,43 @@ QByteArray littleEndian(quint32 value)
     return bytes;
 }
 
+constexpr const char *truncated = "the file is truncated";
+constexpr const char *damaged = "the file is damaged";
+
+void row(const char *tag, const char *name, const char *arguments, const Spoil &spoil,
+         const char *reason)
+{
+    QTest::newRow(tag) << text(name) << text(arguments) << spoil << text(reason);
+}
+
+void addMpegFaults()
+{
+    row("mp3 with a note lacks bytes of its last frame", "a.mp3", "", cut(10), truncated);
+    row("mp3 with a note lacks its last frame", "a.mp3", "-b:a 320k -ar 48000", cut(960),
+        truncated);
+    row("mp3 with a note lacks half", "a.mp3", "", cut(20'000), truncated);
+    row("mp3 lacks bytes of its last frame", "a.mp3", "-write_xing 0 -id3v2_version 0", cut(10),
+        truncated);
+    row("mp3 keeps a byte of its last frame", "a.mp3",
+        "-write_xing 0 -id3v2_version 0 -b:a 320k -ar 48000", cut(959), damaged);
+    row(
+        "mp3 lacks bytes before its tag", "a.mp3", "-write_xing 0 -id3v2_version 0",
+        [](const QByteArray &bytes) -> QByteArray {
+            return bytes.chopped(10) + QByteArray("TAG") + QByteArray(125, ' ');
+        },
+        truncated);
+    row("mp3 is empty in its second half", "a.mp3", "-write_xing 0 -id3v2_version 0", emptyHalf,
+        damaged);
+    row("mp3 with a note is empty in its second half", "a.mp3", "", emptyHalf, damaged);
+    row("mp3 is empty at its start", "a.mp3", "-write_xing 0 -id3v2_version 0",
+        patch(0, QByteArray(5000, '\0')), damaged);
+    row("mp3 has a hole", "a.mp3", "-write_xing 0 -id3v2_version 0", hole(3000), damaged);
+    row("mp3 has a hole of about a frame", "a.mp3", "", hole(500), damaged);
+    row("mp3 has rubbish in the middle", "a.mp3", "-write_xing 0 -id3v2_version 0", rubbish,
+        damaged);
+    row("mp3 has bytes put in", "a.mp3", "", insertion, damaged);
+}
+
 }
 
 class AudioFaultTest : public QObject
@@ -108,12 +145,6 @@ void AudioFaultTest::refused_data()
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<Spoil>("spoil");
     QTest::addColumn<QString>("reason");
-    const auto row = [](const char *tag, const char *name, const char *arguments,
-                        const Spoil &spoil, const char *reason) {
-        QTest::newRow(tag) << text(name) << text(arguments) << spoil << text(reason);
-    };
-    const char *truncated = "the file is truncated";
-    const char *damaged = "the file is damaged";
     row("wav lacks a frame", "a.wav", "", cut(4), truncated);
     row("wav lacks half", "a.wav", "", cut(264'600), truncated);
     row("wav ends in its header", "a.wav", "", keep(30), truncated);
@@ -132,30 +163,7 @@ void AudioFaultTest::refused_data()
     row("ALAC is empty in its second half", "a.m4a", "-c:a alac -movflags +faststart", emptyHalf,
         damaged);
     row("m4a is rubbish for 5000 bytes", "a.m4a", "-c:a aac", rubbish, damaged);
-    row("mp3 with a note lacks bytes of its last frame", "a.mp3", "", cut(10), truncated);
-    row("mp3 with a note lacks its last frame", "a.mp3", "-b:a 320k -ar 48000", cut(960),
-        truncated);
-    row("mp3 with a note lacks half", "a.mp3", "", cut(20'000), truncated);
-    row("mp3 lacks bytes of its last frame", "a.mp3", "-write_xing 0 -id3v2_version 0", cut(10),
-        truncated);
-    row("mp3 keeps a byte of its last frame", "a.mp3",
-        "-write_xing 0 -id3v2_version 0 -b:a 320k -ar 48000", cut(959), damaged);
-    row(
-        "mp3 lacks bytes before its tag", "a.mp3", "-write_xing 0 -id3v2_version 0",
-        [](const QByteArray &bytes) -> QByteArray {
-            return bytes.chopped(10) + QByteArray("TAG") + QByteArray(125, ' ');
-        },
-        truncated);
-    row("mp3 is empty in its second half", "a.mp3", "-write_xing 0 -id3v2_version 0", emptyHalf,
-        damaged);
-    row("mp3 with a note is empty in its second half", "a.mp3", "", emptyHalf, damaged);
-    row("mp3 is empty at its start", "a.mp3", "-write_xing 0 -id3v2_version 0",
-        patch(0, QByteArray(5000, '\0')), damaged);
-    row("mp3 has a hole", "a.mp3", "-write_xing 0 -id3v2_version 0", hole(3000), damaged);
-    row("mp3 has a hole of about a frame", "a.mp3", "", hole(500), damaged);
-    row("mp3 has rubbish in the middle", "a.mp3", "-write_xing 0 -id3v2_version 0", rubbish,
-        damaged);
-    row("mp3 has bytes put in", "a.mp3", "", insertion, damaged);
+    addMpegFaults();
     row("m4a is protected", "a.m4a", "-c:a aac", patchAt("mp4a", 0, "drms"),
         "the file is protected against copying");
     row(
@@ -182,42 +190,43 @@ void AudioFaultTest::absurd_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<Spoil>("spoil");
-    const auto row = [](const char *tag, const char *name, const char *arguments,
-                        const Spoil &spoil) {
+    const auto absurdRow = [](const char *tag, const char *name, const char *arguments,
+                              const Spoil &spoil) {
         QTest::newRow(tag) << text(name) << text(arguments) << spoil;
     };
     const QByteArray ones(4, '\xFF');
-    row("wav without channels", "a.wav", "", patch(22, QByteArray(2, '\0')));
-    row("wav with 65,535 channels", "a.wav", "", patch(22, ones.first(2)));
-    row("wav at rate 0", "a.wav", "", patch(24, QByteArray(4, '\0')));
-    row("wav at rate 1", "a.wav", "", patch(24, littleEndian(1)));
-    row("wav at rate 1,000,000,000", "a.wav", "", patch(24, littleEndian(1'000'000'000)));
-    row("wav with negative rate", "a.wav", "", patch(24, ones));
-    row("wav with blocks of 0 bytes", "a.wav", "-c:a adpcm_ms", patch(32, QByteArray(2, '\0')));
-    row("wav with 65,535 bits", "a.wav", "", patch(34, ones.first(2)));
-    row("wav with an unknown codec", "a.wav", "", patch(20, QByteArray("\x77\x77")));
-    row("wav with a huge chunk", "a.wav", "", patch(16, ones));
-    row("aiff without channels", "a.aiff", "", patchAt("COMM", 8, QByteArray(2, '\0')));
-    row("aiff at rate NaN", "a.aiff", "", patchAt("COMM", 16, QByteArray(10, '\xFF')));
-    row("aiff at rate 0", "a.aiff", "", patchAt("COMM", 16, QByteArray(10, '\0')));
-    row("aiff with endless audio", "a.aiff", "", patchAt("COMM", 10, ones));
-    row("au with 4 billion channels", "a.au", "-c:a pcm_s16be", patch(20, ones));
-    row("au at rate 0", "a.au", "-c:a pcm_s16be", patch(16, QByteArray(4, '\0')));
-    row("au with its audio behind the end", "a.au", "-c:a pcm_s16be", patch(4, ones));
-    row("caf at rate NaN", "a.caf", "-c:a pcm_s16be", patch(20, QByteArray(8, '\xFF')));
-    row("caf without channels", "a.caf", "-c:a pcm_s16be", patch(44, QByteArray(4, '\0')));
-    row("caf with 4 billion channels", "a.caf", "-c:a pcm_s16be", patch(44, ones));
-    row("caf with a chunk of negative size", "a.caf", "-c:a alac",
-        patchAt("kuki", 4, QByteArray(8, '\xFF')));
-    row("caf with endless packets", "a.caf", "-c:a alac",
-        patchAt("pakt", 12, QByteArray("\x7F") + QByteArray(7, '\xFF')));
-    row("m4a with endless samples", "a.m4a", "-c:a aac", patchAt("stsz", 12, ones));
-    row("m4a with endless samples of a byte", "a.m4a", "-c:a aac",
-        patchAt("stsz", 8, QByteArray("\0\0\0\1", 4) + ones));
-    row("m4a with endless durations", "a.m4a", "-c:a aac",
-        patchAt("stts", 16, QByteArray("\x7F") + ones.first(3)));
-    row("m4a in no time", "a.m4a", "-c:a aac", patchAt("mdhd", 16, QByteArray(4, '\0')));
-    row("m4a with a box in itself", "a.m4a", "-c:a aac", patchAt("minf", -4, ones));
+    absurdRow("wav without channels", "a.wav", "", patch(22, QByteArray(2, '\0')));
+    absurdRow("wav with 65,535 channels", "a.wav", "", patch(22, ones.first(2)));
+    absurdRow("wav at rate 0", "a.wav", "", patch(24, QByteArray(4, '\0')));
+    absurdRow("wav at rate 1", "a.wav", "", patch(24, littleEndian(1)));
+    absurdRow("wav at rate 1,000,000,000", "a.wav", "", patch(24, littleEndian(1'000'000'000)));
+    absurdRow("wav with negative rate", "a.wav", "", patch(24, ones));
+    absurdRow("wav with blocks of 0 bytes", "a.wav", "-c:a adpcm_ms",
+              patch(32, QByteArray(2, '\0')));
+    absurdRow("wav with 65,535 bits", "a.wav", "", patch(34, ones.first(2)));
+    absurdRow("wav with an unknown codec", "a.wav", "", patch(20, QByteArray("\x77\x77")));
+    absurdRow("wav with a huge chunk", "a.wav", "", patch(16, ones));
+    absurdRow("aiff without channels", "a.aiff", "", patchAt("COMM", 8, QByteArray(2, '\0')));
+    absurdRow("aiff at rate NaN", "a.aiff", "", patchAt("COMM", 16, QByteArray(10, '\xFF')));
+    absurdRow("aiff at rate 0", "a.aiff", "", patchAt("COMM", 16, QByteArray(10, '\0')));
+    absurdRow("aiff with endless audio", "a.aiff", "", patchAt("COMM", 10, ones));
+    absurdRow("au with 4 billion channels", "a.au", "-c:a pcm_s16be", patch(20, ones));
+    absurdRow("au at rate 0", "a.au", "-c:a pcm_s16be", patch(16, QByteArray(4, '\0')));
+    absurdRow("au with its audio behind the end", "a.au", "-c:a pcm_s16be", patch(4, ones));
+    absurdRow("caf at rate NaN", "a.caf", "-c:a pcm_s16be", patch(20, QByteArray(8, '\xFF')));
+    absurdRow("caf without channels", "a.caf", "-c:a pcm_s16be", patch(44, QByteArray(4, '\0')));
+    absurdRow("caf with 4 billion channels", "a.caf", "-c:a pcm_s16be", patch(44, ones));
+    absurdRow("caf with a chunk of negative size", "a.caf", "-c:a alac",
+              patchAt("kuki", 4, QByteArray(8, '\xFF')));
+    absurdRow("caf with endless packets", "a.caf", "-c:a alac",
+              patchAt("pakt", 12, QByteArray("\x7F") + QByteArray(7, '\xFF')));
+    absurdRow("m4a with endless samples", "a.m4a", "-c:a aac", patchAt("stsz", 12, ones));
+    absurdRow("m4a with endless samples of a byte", "a.m4a", "-c:a aac",
+              patchAt("stsz", 8, QByteArray("\0\0\0\1", 4) + ones));
+    absurdRow("m4a with endless durations", "a.m4a", "-c:a aac",
+              patchAt("stts", 16, QByteArray("\x7F") + ones.first(3)));
+    absurdRow("m4a in no time", "a.m4a", "-c:a aac", patchAt("mdhd", 16, QByteArray(4, '\0')));
+    absurdRow("m4a with a box in itself", "a.m4a", "-c:a aac", patchAt("minf", -4, ones));
 }
 
 void AudioFaultTest::absurd()

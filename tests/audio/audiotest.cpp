@@ -163,7 +163,7 @@ void AudioTest::lastSector()
     QCOMPARE(error, QString());
     QCOMPARE(found.size(), qsizetype(blocks) * AudioSource::sectorSize);
     QVERIFY(found.startsWith(SoundFiles::reference(file)));
-    QVERIFY(isSilent(QByteArrayView(found).sliced(frames * 4)));
+    QVERIFY(isSilent(QByteArrayView(found).sliced(qsizetype(frames) * 4)));
 }
 
 // As the largest music shop writes its files: no edit list, the last packet as long as the others,
@@ -219,11 +219,11 @@ void AudioTest::cutOutOfLongerStream()
     const QByteArray found = SoundFiles::decode(cut, &error);
     QCOMPARE(error, QString());
     const QByteArray expected = SoundFiles::reference(cut);
-    QVERIFY(found.startsWith(expected) && expected.size() > 3 * 88'200);
+    QVERIFY(found.startsWith(expected) && expected.size() > qsizetype(3) * 88'200);
     // One that begins within a frame, as recordings from the air do.
     const QString within = m_files.write(text("within.mp3"), SoundFiles::read(cut).sliced(100));
     QVERIFY(found.size() - SoundFiles::decode(within, &error).size()
-            <= 3 * AudioSource::sectorSize);
+            <= qsizetype(3) * AudioSource::sectorSize);
     QCOMPARE(error, QString());
 }
 

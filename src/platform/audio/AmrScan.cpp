@@ -11,6 +11,10 @@ namespace {
 constexpr std::array<int, 16> narrowBand = {13, 14, 16, 18, 20, 21, 27, 32, 6, 0, 0, 0, 0, 0, 0, 1};
 constexpr std::array<int, 16> wideBand = {18, 24, 33, 37, 41, 47, 51, 59, 61, 6, 0, 0, 0, 0, 1, 1};
 
+// From here on a mode stands for a pause, not for sound.
+constexpr int narrowPause = 8;
+constexpr int widePause = 9;
+
 constexpr double frameSeconds = 0.02;
 
 }
@@ -36,6 +40,8 @@ AudioLayout LayoutScans::amr(FileBytes &bytes, const std::stop_token &stop)
             layout.fault = size == 0 ? AudioLayout::damaged() : AudioLayout::truncated();
             break;
         }
+        if ((*first >> 3 & 0xF) >= (isWide ? widePause : narrowPause))
+            layout.fault = QStringLiteral("recordings with marked pauses cannot be decoded");
         offset += size;
         ++layout.frames;
     }

@@ -102,6 +102,9 @@ QString AudioInput::checkStream() const
     if (!avcodec_find_decoder(parameters.codec_id))
         return QStringLiteral("there is no decoder for its audio (%1)")
             .arg(QLatin1StringView(avcodec_get_name(parameters.codec_id)));
+    // Blocks of an unknown size would be decoded to noise.
+    if (qstrcmp(m_layout.demuxer, "wav") == 0 && parameters.block_align <= 0)
+        return AudioLayout::damaged();
     if (parameters.sample_rate < Av::lowestRate || parameters.sample_rate > Av::highestRate)
         return QStringLiteral("%1 samples a second cannot be converted")
             .arg(parameters.sample_rate);

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr qint64 pieceSize = 256 * 1024; // bytes
+constexpr qint64 pieceSize = 256LL * 1024; // bytes
 
 }
 

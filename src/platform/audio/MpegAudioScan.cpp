@@ -79,7 +79,7 @@ public:
     // The first frame, which rubbish may hide: three headers in a row are no accident.
     [[nodiscard]] bool findFirst()
     {
-        constexpr qint64 farthest = 64 * 1024;
+        constexpr qint64 farthest = 64LL * 1024;
         const qint64 last = std::min(m_end, m_start + farthest);
         for (qint64 offset = m_start; offset < last; ++offset)
             if (isChain(offset)) {
@@ -161,7 +161,10 @@ private:
         // A stream cut out of a longer one may begin within a frame.
         if (!isNoted && m_layout.begin - m_start >= largestFrame)
             return AudioLayout::damaged();
-        if (m_offset == m_end || endsInZeros(isNoted ? m_end - m_offset : m_first.size))
+        // Behind all that was noted down nothing more is audio.
+        if (isNoted && m_layout.frames == m_note->frames)
+            return {};
+        if (m_offset == m_end || endsInZeros(m_first.size))
             return {};
         return frameAt(m_offset) ? AudioLayout::truncated() : AudioLayout::damaged();
     }

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr qint64 chunkSize = 27 * AudioSource::sectorSize; // bytes, just under 64 KiB
+constexpr qint64 chunkSize = 27LL * AudioSource::sectorSize; // bytes, just under 64 KiB
 
 // What sources that are not being read leave free for the one that is.
 constexpr qint64 reserve = 16LL * 1024 * 1024;

@@ -12,6 +12,7 @@ PcmStream::PcmStream(const AudioSource &source)
 }
 
 PcmStream::PcmStream(PcmStream &&other) noexcept = default;
+PcmStream &PcmStream::operator=(PcmStream &&other) noexcept = default;
 PcmStream::~PcmStream() = default;
 
 Result<PcmStream> PcmStream::open(const AudioSource &source)

@@ -16,6 +16,7 @@ public:
     [[nodiscard]] static Result<PcmStream> open(const AudioSource &source);
 
     PcmStream(PcmStream &&other) noexcept;
+    PcmStream &operator=(PcmStream &&other) noexcept;
     ~PcmStream();
 
     // The next bytes: exactly size of them, fewer only at the end (0 then); in total byteCount().

@@ -1,0 +1,363 @@
+#include "TestMain.h"
+
+#include "AudioFile.h"
+#include "AudioSource.h"
+#include "SoundFiles.h"
+
+#include <QDir>
+#include <QRandomGenerator>
+#include <QtEndian>
+
+#include <functional>
+#include <limits>
+#include <sys/stat.h>
+
+namespace {
+
+using Spoil = std::function<QByteArray(QByteArray bytes)>;
+
+QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+Spoil cut(qsizetype length)
+{
+    return [length](const QByteArray &bytes) { return bytes.chopped(length); };
+}
+
+Spoil keep(qsizetype length)
+{
+    return [length](const QByteArray &bytes) { return bytes.first(length); };
+}
+
+// The second half is not there yet, as while a file is being downloaded.
+QByteArray emptyHalf(QByteArray bytes)
+{
+    const qsizetype half = bytes.size() / 2;
+    return bytes.replace(half, bytes.size() - half, QByteArray(bytes.size() - half, '\0'));
+}
+
+Spoil hole(qsizetype length)
+{
+    return [length](QByteArray bytes) {
+        return bytes.replace(bytes.size() / 2, length, QByteArray(length, '\0'));
+    };
+}
+
+QByteArray rubbish(QByteArray bytes)
+{
+    QRandomGenerator noise(7);
+    for (qsizetype i = bytes.size() / 2; i < bytes.size() / 2 + 5000; ++i)
+        bytes[i] = static_cast<char>(noise.bounded(256));
+    return bytes;
+}
+
+QByteArray insertion(QByteArray bytes)
+{
+    return bytes.insert(bytes.size() / 2, QByteArray(777, 'x'));
+}
+
+Spoil patch(qsizetype offset, const QByteArray &with)
+{
+    return [offset, with](QByteArray bytes) { return bytes.replace(offset, with.size(), with); };
+}
+
+// Puts something at a place counted from the first appearance of a name.
+Spoil patchAt(const char *name, qsizetype offset, const QByteArray &with)
+{
+    return [name, offset, with](QByteArray bytes) {
+        const qsizetype found = bytes.indexOf(name);
+        if (found < 0)
+            qFatal("%s is not in the file", name);
+        return bytes.replace(found + offset, with.size(), with);
+    };
+}
+
+QByteArray littleEndian(quint32 value)
+{
+    QByteArray bytes(4, '\0');
+    qToLittleEndian(value, bytes.data());
+    return bytes;
+}
+
+constexpr const char *truncated = "the file is truncated";
+constexpr const char *damaged = "the file is damaged";
+
+void row(const char *tag, const char *name, const char *arguments, const Spoil &spoil,
+         const char *reason)
+{
+    QTest::newRow(tag) << text(name) << text(arguments) << spoil << text(reason);
+}
+
+void addMpegFaults()
+{
+    row("mp3 with a note lacks bytes of its last frame", "a.mp3", "", cut(10), truncated);
+    row("mp3 with a note lacks its last frame", "a.mp3", "-b:a 320k -ar 48000", cut(960),
+        truncated);
+    row("mp3 with a note lacks half", "a.mp3", "", cut(20'000), truncated);
+    row("mp3 lacks bytes of its last frame", "a.mp3", "-write_xing 0 -id3v2_version 0", cut(10),
+        truncated);
+    row("mp3 keeps a byte of its last frame", "a.mp3",
+        "-write_xing 0 -id3v2_version 0 -b:a 320k -ar 48000", cut(959), damaged);
+    row(
+        "mp3 lacks bytes before its tag", "a.mp3", "-write_xing 0 -id3v2_version 0",
+        [](const QByteArray &bytes) -> QByteArray {
+            return bytes.chopped(10) + QByteArray("TAG") + QByteArray(125, ' ');
+        },
+        truncated);
+    row("mp3 is empty in its second half", "a.mp3", "-write_xing 0 -id3v2_version 0", emptyHalf,
+        damaged);
+    row("mp3 with a note is empty in its second half", "a.mp3", "", emptyHalf, damaged);
+    row("mp3 is empty at its start", "a.mp3", "-write_xing 0 -id3v2_version 0",
+        patch(0, QByteArray(5000, '\0')), damaged);
+    row("mp3 has a hole", "a.mp3", "-write_xing 0 -id3v2_version 0", hole(3000), damaged);
+    row("mp3 has a hole of about a frame", "a.mp3", "", hole(500), damaged);
+    row("mp3 has rubbish in the middle", "a.mp3", "-write_xing 0 -id3v2_version 0", rubbish,
+        damaged);
+    row("mp3 has bytes put in", "a.mp3", "", insertion, damaged);
+}
+
+}
+
+class AudioFaultTest : public QObject
+{
+    Q_OBJECT
+
+    const SoundFiles m_files;
+
+private Q_SLOTS:
+    void refused_data();
+    void refused();
+    void absurd_data();
+    void absurd();
+    void cutAnywhere_data();
+    void cutAnywhere();
+    void noise();
+    void noAudio_data();
+    void noAudio();
+    void otherThanFiles();
+};
+
+void AudioFaultTest::refused_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<Spoil>("spoil");
+    QTest::addColumn<QString>("reason");
+    row("wav lacks a frame", "a.wav", "", cut(4), truncated);
+    row("wav lacks half", "a.wav", "", cut(264'600), truncated);
+    row("wav ends in its header", "a.wav", "", keep(30), truncated);
+    row("aiff lacks a frame", "a.aiff", "", cut(4), truncated);
+    row("aiff promises more elsewhere", "a.aiff", "", patchAt("COMM", 10, "\1\2\5\1"), truncated);
+    row("au lacks a frame", "a.au", "-c:a pcm_s16be", cut(4), truncated);
+    row("caf lacks a frame", "a.caf", "-c:a pcm_s16be", cut(4), truncated);
+    row("caf with ALAC lacks its end", "a.caf", "-c:a alac", cut(20'000), truncated);
+    row("m4a lacks a byte", "a.m4a", "-c:a aac -movflags +faststart", cut(1), truncated);
+    row("m4a lacks half", "a.m4a", "-c:a aac -movflags +faststart", cut(20'000), truncated);
+    row("m4a lacks the tables at its end", "a.m4a", "-c:a aac", cut(5000), truncated);
+    row("m4a in fragments lacks half", "a.m4a",
+        "-c:a alac -movflags +frag_keyframe -frag_duration 500000", cut(200'000), truncated);
+    row("m4a is empty in its second half", "a.m4a", "-c:a aac -movflags +faststart", emptyHalf,
+        damaged);
+    row("ALAC is empty in its second half", "a.m4a", "-c:a alac -movflags +faststart", emptyHalf,
+        damaged);
+    row("m4a is rubbish for 5000 bytes", "a.m4a", "-c:a aac", rubbish, damaged);
+    addMpegFaults();
+    row("m4a is protected", "a.m4a", "-c:a aac", patchAt("mp4a", 0, "drms"),
+        "the file is protected against copying");
+    row(
+        "wav promises nothing and holds nothing", "a.wav", "-bitexact",
+        [](const QByteArray &bytes) -> QByteArray { return bytes.first(40) + QByteArray(4, '\0'); },
+        "the file holds no audio");
+}
+
+void AudioFaultTest::refused()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, arguments);
+    QFETCH(Spoil, spoil);
+    QFETCH(QString, reason);
+    const QByteArray whole = SoundFiles::read(m_files.make(name, arguments));
+    const QString file = m_files.write(text("spoilt-") + name, spoil(whole));
+    QString error;
+    (void)SoundFiles::decode(file, &error);
+    QCOMPARE(error, file + text(": ") + reason);
+}
+
+void AudioFaultTest::absurd_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<Spoil>("spoil");
+    const auto absurdRow = [](const char *tag, const char *name, const char *arguments,
+                              const Spoil &spoil) {
+        QTest::newRow(tag) << text(name) << text(arguments) << spoil;
+    };
+    const QByteArray ones(4, '\xFF');
+    absurdRow("wav without channels", "a.wav", "", patch(22, QByteArray(2, '\0')));
+    absurdRow("wav with 65,535 channels", "a.wav", "", patch(22, ones.first(2)));
+    absurdRow("wav at rate 0", "a.wav", "", patch(24, QByteArray(4, '\0')));
+    absurdRow("wav at rate 1", "a.wav", "", patch(24, littleEndian(1)));
+    absurdRow("wav at rate 1,000,000,000", "a.wav", "", patch(24, littleEndian(1'000'000'000)));
+    absurdRow("wav with negative rate", "a.wav", "", patch(24, ones));
+    absurdRow("wav with blocks of 0 bytes", "a.wav", "-c:a adpcm_ms",
+              patch(32, QByteArray(2, '\0')));
+    absurdRow("wav with 65,535 bits", "a.wav", "", patch(34, ones.first(2)));
+    absurdRow("wav with an unknown codec", "a.wav", "", patch(20, QByteArray("\x77\x77")));
+    absurdRow("wav with a huge chunk", "a.wav", "", patch(16, ones));
+    absurdRow("aiff without channels", "a.aiff", "", patchAt("COMM", 8, QByteArray(2, '\0')));
+    absurdRow("aiff at rate NaN", "a.aiff", "", patchAt("COMM", 16, QByteArray(10, '\xFF')));
+    absurdRow("aiff at rate 0", "a.aiff", "", patchAt("COMM", 16, QByteArray(10, '\0')));
+    absurdRow("aiff with endless audio", "a.aiff", "", patchAt("COMM", 10, ones));
+    absurdRow("au with 4 billion channels", "a.au", "-c:a pcm_s16be", patch(20, ones));
+    absurdRow("au at rate 0", "a.au", "-c:a pcm_s16be", patch(16, QByteArray(4, '\0')));
+    absurdRow("au with its audio behind the end", "a.au", "-c:a pcm_s16be", patch(4, ones));
+    absurdRow("caf at rate NaN", "a.caf", "-c:a pcm_s16be", patch(20, QByteArray(8, '\xFF')));
+    absurdRow("caf without channels", "a.caf", "-c:a pcm_s16be", patch(44, QByteArray(4, '\0')));
+    absurdRow("caf with 4 billion channels", "a.caf", "-c:a pcm_s16be", patch(44, ones));
+    absurdRow("caf with a chunk of negative size", "a.caf", "-c:a alac",
+              patchAt("kuki", 4, QByteArray(8, '\xFF')));
+    absurdRow("caf with endless packets", "a.caf", "-c:a alac",
+              patchAt("pakt", 12, QByteArray("\x7F") + QByteArray(7, '\xFF')));
+    absurdRow("m4a with endless samples", "a.m4a", "-c:a aac", patchAt("stsz", 12, ones));
+    absurdRow("m4a with endless samples of a byte", "a.m4a", "-c:a aac",
+              patchAt("stsz", 8, QByteArray("\0\0\0\1", 4) + ones));
+    absurdRow("m4a with endless durations", "a.m4a", "-c:a aac",
+              patchAt("stts", 16, QByteArray("\x7F") + ones.first(3)));
+    absurdRow("m4a in no time", "a.m4a", "-c:a aac", patchAt("mdhd", 16, QByteArray(4, '\0')));
+    absurdRow("m4a with a box in itself", "a.m4a", "-c:a aac", patchAt("minf", -4, ones));
+}
+
+void AudioFaultTest::absurd()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, arguments);
+    QFETCH(Spoil, spoil);
+    const QByteArray whole = SoundFiles::read(m_files.make(name, arguments));
+    const QString file = m_files.write(text("absurd-") + name, spoil(whole));
+    QString error;
+    const QByteArray found = SoundFiles::decode(file, &error);
+    // Some of it is told in a second place as well.
+    QString none;
+    QVERIFY2(error.startsWith(file + text(": "))
+                 || (error.isEmpty() && found == SoundFiles::decode(m_files.path(name), &none)),
+             qPrintable(error));
+    const Result<double> duration = AudioFile::duration(file);
+    QVERIFY(!duration || (duration.value() > 0 && duration.value() < 1e7));
+}
+
+void AudioFaultTest::cutAnywhere_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("arguments");
+    QTest::newRow("wav") << text("a.wav") << QString();
+    QTest::newRow("aiff") << text("a.aiff") << QString();
+    QTest::newRow("au") << text("a.au") << text("-c:a pcm_s16be");
+    QTest::newRow("caf") << text("a.caf") << text("-c:a alac");
+    QTest::newRow("ALAC") << text("a.m4a") << text("-c:a alac");
+    QTest::newRow("AAC") << text("a.m4a") << text("-c:a aac -movflags +faststart");
+    QTest::newRow("mp3") << text("a.mp3") << QString();
+}
+
+// Whatever is missing, no track comes of it that is not the whole one.
+void AudioFaultTest::cutAnywhere()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, arguments);
+    const QByteArray whole = SoundFiles::read(m_files.make(name, arguments));
+    QString error;
+    const QByteArray expected = SoundFiles::decode(m_files.path(name), &error);
+    QCOMPARE(error, QString());
+    QRandomGenerator chance(5);
+    for (int i = 0; i < 60; ++i) {
+        const qsizetype length = i < 20 ? i * 3 : chance.bounded(1, static_cast<int>(whole.size()));
+        const QString file = m_files.write(text("cut-") + name, whole.first(length));
+        const QByteArray found = SoundFiles::decode(file, &error);
+        QVERIFY2(!error.isEmpty() || found == expected, qPrintable(QString::number(length)));
+        (void)AudioFile::duration(file);
+    }
+}
+
+// Bytes changed at random may or may not be noticed; they must not hurt.
+void AudioFaultTest::noise()
+{
+    QRandomGenerator chance(9);
+    const QStringList names = {text("a.wav"), text("a.aiff"), text("a.caf"), text("a.m4a"),
+                               text("a.mp3")};
+    for (const QString &name : names) {
+        const QByteArray whole = SoundFiles::read(m_files.make(name, text("-t 0.3")));
+        for (int i = 0; i < 150; ++i) {
+            QByteArray bytes = whole;
+            // Mostly where the headers are, at the start and at the end.
+            for (int change = 0; change < 4; ++change) {
+                const int from = chance.bounded(std::min(1200, static_cast<int>(bytes.size())));
+                const bool atEnd = chance.bounded(2) == 1;
+                bytes[atEnd ? bytes.size() - 1 - from : from] =
+                    static_cast<char>(chance.bounded(256));
+            }
+            const QString file = m_files.write(text("noisy-") + name, bytes);
+            QString error;
+            (void)SoundFiles::decode(file, &error);
+            (void)AudioFile::duration(file);
+        }
+    }
+}
+
+void AudioFaultTest::noAudio_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("empty") << text("a.mp3") << QByteArray();
+    QTest::newRow("a byte") << text("a.wav") << QByteArray("R");
+    QTest::newRow("text") << text("a.wav") << QByteArray("Not a sound.\n").repeated(5000);
+    QTest::newRow("zeros") << text("a.mp3") << QByteArray(100'000, '\0');
+    QTest::newRow("all ones") << text("a.mp3") << QByteArray(100'000, '\xFF');
+    QTest::newRow("only a tag") << text("a.mp3") << QByteArray("ID3\4\0\0\0\0\0\4abcd", 14);
+    QTest::newRow("playlist") << text("a.mp3") << QByteArray("#EXTM3U\n/etc/passwd\n");
+    QTest::newRow("amr without frames") << text("a.amr") << QByteArray("#!AMR\n");
+    QTest::newRow("amr that ends within a frame") << text("a.amr") << SoundFiles::amr(9).chopped(1);
+    QTest::newRow("amr with pauses")
+        << text("a.amr") << QByteArray(SoundFiles::amr(9) + QByteArray("\x44\0\0\0\0\0\x7C", 7));
+    QTest::newRow("amr with rubbish")
+        << text("a.amr") << QByteArray(SoundFiles::amr(9) + "\xFF\xFF");
+    QByteArray samples(200'000, '\0');
+    QRandomGenerator chance(3);
+    for (char &byte : samples)
+        byte = static_cast<char>(chance.bounded(256));
+    QTest::newRow("bare samples, as in sd2") << text("a.sd2") << samples;
+    const SoundFiles files;
+    const QString picture =
+        files.generate(text("a.png"), text("-f lavfi -i testsrc=s=64x64 -frames:v 1"));
+    QTest::newRow("picture") << text("a.mp3") << SoundFiles::read(picture);
+    const QString film =
+        files.generate(text("a.mp4"), text("-f lavfi -i testsrc=s=64x64:d=1 -c:v mpeg4"));
+    QTest::newRow("film without sound") << text("a.m4a") << SoundFiles::read(film);
+}
+
+void AudioFaultTest::noAudio()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, bytes);
+    const QString file = m_files.write(name, bytes);
+    QString error;
+    (void)SoundFiles::decode(file, &error);
+    QVERIFY2(error.startsWith(file + text(": ")), qPrintable(error));
+}
+
+void AudioFaultTest::otherThanFiles()
+{
+    const QString folder = m_files.path(text("folder.wav"));
+    QVERIFY(QDir().mkdir(folder));
+    const QString pipe = m_files.path(text("pipe.wav"));
+    QCOMPARE(::mkfifo(qPrintable(pipe), 0600), 0);
+    for (const QString &path : {folder, pipe, m_files.path(text("missing.wav"))}) {
+        QString error;
+        (void)SoundFiles::decode(path, &error);
+        QVERIFY2(error.startsWith(path + text(": ")), qPrintable(error));
+        QCOMPARE(AudioFile::duration(path).error(), error);
+    }
+}
+
+MAPLORN_TEST_MAIN(AudioFaultTest)
+#include "audiofaulttest.moc"

@@ -161,6 +161,8 @@ MHD_Result handle(void *self, MHD_Connection *connection, const char *url, const
     auto *request = static_cast<Request *>(*state);
     if (!request) {
         *state = new Request(server.running());
+        if (server.isClosed())
+            return MHD_NO;
         const std::optional<Answer> refused = refusal(server.settings(), connection, path, method);
         return refused ? send(connection, *refused, server.isEnding()) : MHD_YES;
     }
@@ -217,8 +219,13 @@ HttpServer::~HttpServer()
     m_isEnding = true;
     const MHD_socket listening = MHD_quiesce_daemon(m_daemon);
     const auto begin = std::chrono::steady_clock::now();
-    while (m_running > 0 && std::chrono::steady_clock::now() - begin < longestEnding)
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    const auto waitForTheLast = [&] {
+        while (m_running > 0 && std::chrono::steady_clock::now() - begin < longestEnding)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    };
+    waitForTheLast();
+    m_isClosed = true; // a request that comes now is not begun
+    waitForTheLast();
     MHD_stop_daemon(m_daemon);
     if (listening != MHD_INVALID_SOCKET)
         ::close(listening);

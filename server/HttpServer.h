@@ -39,6 +39,7 @@ public:
     // How many requests are being taken in and answered now; any thread.
     [[nodiscard]] std::atomic_int &running() { return m_running; }
     [[nodiscard]] bool isEnding() const { return m_isEnding; }
+    [[nodiscard]] bool isClosed() const { return m_isClosed; }
 
 private:
     explicit HttpServer(const ServerSettings &settings);
@@ -46,5 +47,6 @@ private:
     ServerSettings m_settings;
     MHD_Daemon *m_daemon = nullptr;
     std::atomic_int m_running = 0;
-    std::atomic_bool m_isEnding = false;
+    std::atomic_bool m_isEnding = false; // connections are closed after their answer
+    std::atomic_bool m_isClosed = false; // nothing new is begun
 };

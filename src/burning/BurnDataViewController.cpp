@@ -5,7 +5,6 @@
 #include "BurnSpeeds.h"
 #include "Checks.h"
 #include "DRKeys.h"
-#include "DRNotificationCenter.h"
 #include "Fields.h"
 #include "FileTools.h"
 #include "FormatTools.h"
@@ -61,6 +60,9 @@ void BurnDataViewController::connectControls()
     connect(m_ui->sourceTypePopUp, &QComboBox::activated, this, &Self::sourceTypeAction);
     connect(m_ui->speedPopUp, &QComboBox::activated, this, &Self::burnSpeedAction);
     connect(m_ui->devicesPopUp, &QComboBox::activated, this, &Self::showMedium);
+    connect(&m_burn, &PageBurn::progressed, this,
+            [this](const QVariantMap &status) { m_progress.show(status); });
+    connect(&m_burn, &PageBurn::ended, this, &Self::burnEnded);
 }
 
 void BurnDataViewController::viewDidLoad()
@@ -73,7 +75,7 @@ void BurnDataViewController::viewDidLoad()
 // Another medium may have been put in while the page was away.
 void BurnDataViewController::viewWillAppear()
 {
-    if (!m_burning && medium() != m_shownMedium)
+    if (!m_burn.isRunning() && medium() != m_shownMedium)
         showMedium();
 }
 
@@ -246,48 +248,25 @@ void BurnDataViewController::burnAction()
 void BurnDataViewController::runBurn()
 {
     setAllStatus(false);
-    m_burn = DRBurn::initWithDevice(selectedDevice());
+    DRBurn &burn = m_burn.make(selectedDevice());
     if (const float speed = BurnSpeeds::chosen(m_ui->speedPopUp); speed > 0)
-        m_burn.setRequestedBurnSpeed(speed);
-    m_burn.setAppendable(m_ui->appendableCheckBox->isChecked());
-    m_burn.setVerifyDisc(m_ui->verifyCheckBox->isChecked());
+        burn.setRequestedBurnSpeed(speed);
+    burn.setAppendable(m_ui->appendableCheckBox->isChecked());
+    burn.setVerifyDisc(m_ui->verifyCheckBox->isChecked());
     selectedDevice().acquireExclusiveAccess();
     selectedDevice().acquireMediaReservation();
-    DRNotificationCenter::currentRunLoop().addObserver(
-        this, [this](const DRNotification &notification) { burnStatus(notification); },
-        DRBurnStatusChangedNotification, QVariant::fromValue(m_burn));
-    m_burning = true;
+    m_burn.watch();
     const QString path = m_ui->sourceField->text();
     if (isFolderChosen())
-        m_burn.writeLayout(DRTrack::trackForRootFolder(DRFolder::folderWithPath(path)));
+        burn.writeLayout(DRTrack::trackForRootFolder(DRFolder::folderWithPath(path)));
     else if (isImageChosen())
-        m_burn.writeLayout(DRBurn::layoutForImageFile(path));
+        burn.writeLayout(DRBurn::layoutForImageFile(path));
 }
 
-// The end of an aborted burn may come when another one runs already: it gives back what it held
-// and changes nothing else.
-void BurnDataViewController::burnStatus(const DRNotification &notification)
+void BurnDataViewController::burnEnded(bool isDone, const QString &errorText)
 {
-    const auto burn = notification.object.value<DRBurn>();
-    const QString state = notification.userInfo.value(DRStatusStateKey).toString();
-    const bool ended = state == DRStatusStateDone || state == DRStatusStateFailed;
-    if (burn == m_burn) {
-        if (ended)
-            burnEnded(state);
-        else
-            m_progress.show(notification.userInfo);
-    }
-    if (ended) {
-        burn.device().releaseMediaReservation();
-        burn.device().releaseExclusiveAccess();
-    }
-}
-
-void BurnDataViewController::burnEnded(const QString &state)
-{
-    m_burning = false;
-    if (state == DRStatusStateFailed)
-        m_progress.showFailed(m_burn.errorText());
+    if (!isDone)
+        m_progress.showFailed(errorText);
     setAllStatus(true);
 }
 
@@ -314,7 +293,7 @@ void BurnDataViewController::stopAction()
     Alerts::confirmOnWindow(
         this, localized("BurnData", "Are you sure to abort the burning?"),
         localized("BurnData", "The abort will leave the data incomplete on the disc"), [this] {
-            m_burn.abort();
+            m_burn.burn().abort();
             setAllStatus(true);
         });
 }

@@ -3,10 +3,10 @@
 #pragma once
 
 #include "BurnProgress.h"
-#include "DRBurn.h"
 #include "DataRepository.h"
 #include "DevicePopUp.h"
 #include "Page.h"
+#include "PageBurn.h"
 
 #include <memory>
 #include <optional>
@@ -23,7 +23,7 @@ public:
     [[nodiscard]] static BurnDataViewController *getViewController();
     ~BurnDataViewController() override;
 
-    [[nodiscard]] bool hasRunningJob() const override { return m_burning || m_saving; }
+    [[nodiscard]] bool hasRunningJob() const override { return m_burn.isRunning() || m_saving; }
 
 protected:
     void viewDidLoad() override;
@@ -49,8 +49,7 @@ private:
     [[nodiscard]] bool verify() const;
     void burnAction();
     void runBurn();
-    void burnStatus(const DRNotification &notification);
-    void burnEnded(const QString &state);
+    void burnEnded(bool isDone, const QString &errorText);
     void stopAction();
     void clearAction();
     void runClear();
@@ -69,8 +68,7 @@ private:
     std::unique_ptr<Ui::BurnData> m_ui;
     DevicePopUp m_devices;
     BurnProgress m_progress;
-    DRBurn m_burn;
-    bool m_burning = false;
+    PageBurn m_burn;
     bool m_saving = false;
     QVariantMap m_shownMedium; // as showMedium() found it
     bool m_enabled = true;     // as setAllStatus() was told

@@ -1,5 +1,6 @@
 #include "Modules.h"
 
+#include "BurnAudioViewController.h"
 #include "BurnDataViewController.h"
 #include "ComingPage.h"
 #include "HomeViewController.h"
@@ -33,7 +34,8 @@ constexpr std::array modules{
     Module{QT_TRANSLATE_NOOP("ViewController", "Home"), "store32", &made<HomeViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Data"), "burnData32",
            &made<BurnDataViewController>},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Music"), "burnMusic32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Music"), "burnMusic32",
+           &made<BurnAudioViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Erase"), "eraseDisc32", &coming},
     Module{QT_TRANSLATE_NOOP("ViewController", "DMG"), "dmg32", &coming},
     Module{QT_TRANSLATE_NOOP("ViewController", "ISO"), "iso32", &coming},

@@ -397,7 +397,8 @@ private:
                          "\r\nHost: x\r\nContent-Length: "
                          + QByteArray::number(body.size()) + "\r\n\r\n" + body);
             QByteArray reply;
-            while (!reply.contains("\r\n\r\n") && socket.waitForReadyRead(5000))
+            while (!reply.endsWith("true") && !reply.endsWith("false")
+                   && socket.waitForReadyRead(5000))
                 reply += socket.readAll();
             if (!reply.endsWith("true"))
                 return;

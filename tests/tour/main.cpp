@@ -1,8 +1,9 @@
 // The unattended tour: drives the real window as a person would, by its controls. Signs in, shows
-// every module, burns a folder with verification, signs out, prints what it does, and leaves
-// screenshots.
+// every module, burns a folder with verification and an audio CD with titles in two languages, signs
+// out, prints what it does, and leaves screenshots.
 //   maplorn-tour FOLDER SHOTS
 #include "AppDelegate.h"
+#include "AudioTour.h"
 #include "DRKeys.h"
 #include "FileTools.h"
 #include "Launch.h"
@@ -10,68 +11,26 @@
 #include "MediaTypes.h"
 #include "RecordingService.h"
 #include "Session.h"
-#include "ViewController.h"
 
 #include <QApplication>
-#include <QDialogButtonBox>
 #include <QDir>
-#include <QFileDialog>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenu>
-#include <QMessageBox>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QScreen>
-#include <QTest>
-#include <QTextStream>
 #include <QTimer>
 #include <QTreeWidget>
 
-#include <stdexcept>
+#include <algorithm>
 
 namespace {
 
-constexpr int soon = 10 * 1000;          // ms that the window may take for what is done at once
-constexpr int measured = 10 * 60 * 1000; // ms that measuring the folder may take
-constexpr int aPage = 3 * 1000;          // ms that a web page may take to be drawn
-constexpr int burned = 24 * 60 * 60 * 1000;
+constexpr int aPage = 3 * 1000; // ms that a web page may take to be drawn
 
-void say(const QString &line)
-{
-    QTextStream(stdout) << line << Qt::endl;
-}
-
-// Ends the tour: what a person would report.
-[[noreturn]] void fail(const QString &reason)
-{
-    throw std::runtime_error(reason.toStdString());
-}
-
-void require(bool condition, const QString &otherwise)
-{
-    if (!condition)
-        fail(otherwise);
-}
-
-// The messages of the alerts so far.
-QStringList alerts;
-
-// The alert that stands in the way; null without one.
-QMessageBox *alert()
-{
-    auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
-    return box && box->windowModality() == Qt::ApplicationModal ? box : nullptr;
-}
-
-class Tour
+class Tour : public TourSteps
 {
 public:
     Tour(ViewController &window, QString folder, const QString &shots)
-        : m_window(window)
+        : TourSteps(window, shots)
         , m_folder(std::move(folder))
-        , m_shots(shots)
     {
     }
 
@@ -90,60 +49,12 @@ public:
         m_window.resize(m_window.minimumSize());
         shoot(QStringLiteral("data-narrow"));
         m_window.resize(size);
-        burn();
-        shoot(QStringLiteral("data-done"));
+        burn(QStringLiteral("data"));
+        AudioTour(m_window, m_shots).run();
         signOut();
     }
 
 private:
-    template <typename Control>
-    Control *find(const char *name)
-    {
-        const QList<Control *> found = m_window.findChildren<Control *>(QLatin1StringView(name));
-        for (Control *control : found)
-            if (control->isVisible())
-                return control;
-        fail(QStringLiteral("no %1 to be seen").arg(QLatin1StringView(name)));
-    }
-
-    bool isShown(const char *name)
-    {
-        const auto *control = m_window.findChild<QWidget *>(QLatin1StringView(name));
-        return control && control->isVisible();
-    }
-
-    static void click(QWidget *control) { QTest::mouseClick(control, Qt::LeftButton); }
-
-    void shoot(const QString &name)
-    {
-        QTest::qWait(50);
-        const QString path = QStringLiteral("%1/%2.png").arg(m_shots, name);
-        require(picture().save(path), QStringLiteral("%1 cannot be written").arg(path));
-        say(QStringLiteral("  screenshot %1").arg(path));
-    }
-
-    // What a person sees at the window's place, sheets included, where the platform tells; else the
-    // window alone.
-    QPixmap picture()
-    {
-        if (QGuiApplication::platformName() != QLatin1StringView("xcb"))
-            return m_window.grab();
-        const QRect place = m_window.frameGeometry();
-        return m_window.screen()->grabWindow(0, place.x(), place.y(), place.width(),
-                                             place.height());
-    }
-
-    void openModule(const QString &name)
-    {
-        auto *list = find<QTreeWidget>("outlineView");
-        const QList<QTreeWidgetItem *> items =
-            list->findItems(name, Qt::MatchExactly | Qt::MatchRecursive);
-        require(items.size() == 1, QStringLiteral("no module %1").arg(name));
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->visualItemRect(items.first()).center());
-        require(items.first()->isSelected(), QStringLiteral("%1 was not chosen").arg(name));
-    }
-
     void passModules()
     {
         auto *list = find<QTreeWidget>("outlineView");
@@ -191,8 +102,8 @@ private:
             require(Session::getLoggedUserxJson().has_value() == (attempt == 2),
                     QStringLiteral("attempt %1 ends otherwise").arg(attempt));
         }
-        require(alerts == QStringList{QStringLiteral("Your user does not exist.")},
-                QStringLiteral("the alerts were: ") + alerts.join(u' '));
+        require(alertsSoFar() == QStringList{QStringLiteral("Your user does not exist.")},
+                QStringLiteral("the alerts were: ") + alertsSoFar().join(u' '));
         require(QTest::qWaitFor([this] { return !isShown("loginButton"); }, soon),
                 QStringLiteral("the sheet stays"));
     }
@@ -222,15 +133,6 @@ private:
         QTest::qWait(aPage);
     }
 
-    void answer(QMessageBox::StandardButton button)
-    {
-        require(QTest::qWaitFor([this] { return question() != nullptr; }, soon),
-                QStringLiteral("no question"));
-        click(question()->button(button));
-        require(QTest::qWaitFor([this] { return question() == nullptr; }, soon),
-                QStringLiteral("the question stays"));
-    }
-
     // Inserts the smallest rewritable medium that takes the folder, by the Recorders menu.
     void provideMedium()
     {
@@ -250,30 +152,12 @@ private:
         fail(QStringLiteral("no medium is large enough for %1 bytes").arg(needed));
     }
 
-    void insert(const QString &type)
-    {
-        say(QStringLiteral("Inserting a blank %1").arg(type));
-        auto *menu = m_window.findChild<QMenu *>(QStringLiteral("recordersMenu"));
-        menu->popup(m_window.mapToGlobal(QPoint(0, 0)));
-        for (QAction *action : menu->findChildren<QAction *>())
-            if (action->text() == type)
-                action->trigger();
-        menu->close();
-        require(DRDevice::devices().value(0).mediaIsBlank(), QStringLiteral("no blank medium"));
-    }
-
     void chooseFolder()
     {
         say(QStringLiteral("Choosing %1").arg(m_folder));
         click(find<QPushButton>("sourceButton"));
-        require(QTest::qWaitFor([this] { return chooser() != nullptr; }, soon),
-                QStringLiteral("no file chooser"));
-        shoot(QStringLiteral("data-chooser"));
-        // At once: left alone, the chooser completes what is typed to something else.
-        chooser()->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(m_folder);
-        click(chooser()->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Open));
-        auto *field = find<QLineEdit>("sourceField");
-        require(QTest::qWaitFor([&] { return field->text() == m_folder; }, soon),
+        choose(m_folder, QStringLiteral("data-chooser"));
+        require(find<QLineEdit>("sourceField")->text() == m_folder,
                 QStringLiteral("%1 was not taken").arg(m_folder));
         auto *button = find<QPushButton>("burnButton");
         require(QTest::qWaitFor([&] { return button->isEnabled(); }, measured),
@@ -282,68 +166,8 @@ private:
                 .arg(find<QLabel>("fileSizeLabel")->text(), find<QLabel>("discSizeLabel")->text()));
     }
 
-    QFileDialog *chooser() { return m_window.findChild<QFileDialog *>(); }
-
-    void burn()
-    {
-        auto *verify = find<QAbstractButton>("verifyCheckBox");
-        if (!verify->isChecked())
-            verify->click();
-        say(QStringLiteral("Burning with verification"));
-        click(find<QPushButton>("burnButton"));
-        require(QTest::qWaitFor([this] { return question() != nullptr; }, soon),
-                QStringLiteral("no question before the burn"));
-        shoot(QStringLiteral("data-question"));
-        click(question()->button(QMessageBox::Ok));
-        watch();
-        const QString failure = find<QGroupBox>("progressBox")->toolTip();
-        require(m_last == DRStatusStateDone, QStringLiteral("the burn failed: %1").arg(failure));
-        const DRDevice device = DRDevice::devices().value(0);
-        require(!device.mediaIsBlank(), QStringLiteral("the medium is still blank"));
-        say(QStringLiteral("The disc's files lie in %1/medium").arg(device.ioRegistryEntryPath()));
-    }
-
-    QMessageBox *question() { return m_window.findChild<QMessageBox *>(); }
-
-    void watch()
-    {
-        auto *box = find<QGroupBox>("progressBox");
-        auto *bar = find<QProgressBar>("progressIndicator");
-        DRNotificationCenter::currentRunLoop().addObserver(
-            &m_window,
-            [this](const DRNotification &notification) {
-                m_last = notification.userInfo.value(DRStatusStateKey).toString();
-            },
-            DRBurnStatusChangedNotification);
-        QString title;
-        bool shot = false;
-        const auto ended = [&] {
-            if (box->title() != title)
-                say(QStringLiteral("  %1").arg(title = box->title()));
-            if (!shot && bar->value() > 0) {
-                shot = true;
-                shoot(QStringLiteral("data-burning"));
-            }
-            return m_last == DRStatusStateDone || m_last == DRStatusStateFailed;
-        };
-        require(QTest::qWaitFor(ended, burned), QStringLiteral("the burn does not end"));
-    }
-
-    ViewController &m_window;
     QString m_folder;
-    QString m_shots;
-    QString m_last; // state of the burn
 };
-
-// An alert stands in the way of the tour as it would in a person's.
-void closeAlerts()
-{
-    if (QMessageBox *box = alert()) {
-        say(QStringLiteral("Alert: %1 %2").arg(box->text(), box->informativeText()));
-        alerts.append(box->text());
-        box->accept();
-    }
-}
 
 // A home without anything in it, so that nobody's session, settings and discs are touched. The one
 // of an earlier tour is removed; anything else of that name is left alone.
@@ -382,7 +206,7 @@ int main(int argc, char **argv)
     const ApplicationSetup setup(application);
     AppDelegate::applicationDidFinishLaunching();
     QTimer watchdog;
-    QObject::connect(&watchdog, &QTimer::timeout, &closeAlerts);
+    QObject::connect(&watchdog, &QTimer::timeout, &closeAlert);
     watchdog.start(500);
     RecordingService service;
     const auto virtualRecorder = attachVirtualRecorder(service);

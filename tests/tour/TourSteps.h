@@ -1,0 +1,74 @@
+// What every part of the unattended tour does as a person would: finds controls, clicks, answers
+// questions, waits, and takes screenshots. What goes wrong ends the tour by an exception. Main
+// thread.
+#pragma once
+
+#include "ViewController.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+
+class QFileDialog;
+
+inline constexpr int soon = 10 * 1000;          // ms that the window may take for what is done at once
+inline constexpr int measured = 10 * 60 * 1000; // ms that measuring sources may take
+inline constexpr int burned = 24 * 60 * 60 * 1000;
+
+void say(const QString &line);
+
+// Ends the tour: what a person would report.
+[[noreturn]] void fail(const QString &reason);
+void require(bool condition, const QString &otherwise);
+
+// The alert that stands in the way; null without one. Closes it, and notes its message.
+[[nodiscard]] QMessageBox *alert();
+void closeAlert();
+[[nodiscard]] const QStringList &alertsSoFar();
+
+class TourSteps
+{
+public:
+    TourSteps(ViewController &window, const QString &shots);
+
+protected:
+    template <typename Control>
+    Control *find(const char *name) const
+    {
+        const QList<Control *> found = m_window.findChildren<Control *>(QLatin1StringView(name));
+        for (Control *control : found)
+            if (control->isVisible())
+                return control;
+        fail(QStringLiteral("no %1 to be seen").arg(QLatin1StringView(name)));
+    }
+
+    [[nodiscard]] bool isShown(const char *name) const;
+    static void click(QWidget *control) { QTest::mouseClick(control, Qt::LeftButton); }
+    static void waitFor(const std::function<bool()> &condition, const QString &otherwise,
+                        int time = soon);
+    void shoot(const QString &name) const;
+
+    void openModule(const QString &name) const;
+    [[nodiscard]] QMessageBox *question() const;
+    void answer(QMessageBox::StandardButton button) const;
+
+    // Types what is to be chosen into the open file chooser, which is taken a picture of, and opens
+    // it.
+    void choose(const QString &typed, const QString &shot) const;
+
+    // Inserts a blank medium of that name, by the Recorders menu.
+    void insert(const QString &type) const;
+
+    // Burns what the page shown has chosen, with verification; shot is the beginning of the names
+    // of the pictures.
+    void burn(const QString &shot);
+
+    ViewController &m_window;
+    QString m_shots;
+
+private:
+    [[nodiscard]] QPixmap picture() const;
+    void watch(const QString &shot);
+
+    QString m_last; // state of the burn
+};

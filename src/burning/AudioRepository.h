@@ -14,8 +14,8 @@ namespace AudioRepository {
 struct Record
 {
     QString name;
-    QStringList names; // of the copies
-    QStringList paths; // of the tracks' files, one each
+    QStringList names;  // of the copies
+    QStringList paths;  // of the tracks' files, one each
     QVariantMap cdText; // language to list of dictionaries; empty: no file of it
 };
 

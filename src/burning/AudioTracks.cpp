@@ -41,9 +41,9 @@ quint32 blocksOf(const QString &path)
 const QStringList &AudioTracks::extensions()
 {
     static const QStringList list{
-        QStringLiteral("m4a"), QStringLiteral("m4b"), QStringLiteral("m4p"), QStringLiteral("mp3"),
-        QStringLiteral("caf"), QStringLiteral("aiff"), QStringLiteral("au"), QStringLiteral("sd2"),
-        QStringLiteral("wav"), QStringLiteral("snd"), QStringLiteral("amr")};
+        QStringLiteral("m4a"), QStringLiteral("m4b"),  QStringLiteral("m4p"), QStringLiteral("mp3"),
+        QStringLiteral("caf"), QStringLiteral("aiff"), QStringLiteral("au"),  QStringLiteral("sd2"),
+        QStringLiteral("wav"), QStringLiteral("snd"),  QStringLiteral("amr")};
     return list;
 }
 
@@ -55,8 +55,8 @@ bool AudioTracks::isAccepted(const QString &path)
 
 bool AudioTracks::isAdded(const QString &path) const
 {
-    return std::ranges::any_of(
-        m_data, [&](const AudioTrackEntry &entry) { return entry.Path == path; });
+    return std::ranges::any_of(m_data,
+                               [&](const AudioTrackEntry &entry) { return entry.Path == path; });
 }
 
 void AudioTracks::append(const QString &path)

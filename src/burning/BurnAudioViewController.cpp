@@ -2,16 +2,15 @@
 
 #include "Alerts.h"
 #include "AudioDurations.h"
-#include "AudioRepository.h"
 #include "Background.h"
 #include "BurnSpeeds.h"
 #include "CDTextPanel.h"
 #include "Checks.h"
 #include "DRCDTextKeys.h"
 #include "DRKeys.h"
+#include "Form.h"
 #include "Localized.h"
 #include "MediaTools.h"
-#include "RecordNamePanel.h"
 #include "Session.h"
 #include "ui_BurnAudio.h"
 
@@ -27,14 +26,6 @@ QString text(const char *key)
     return localized("BurnAudio", key);
 }
 
-// The widgets of the form exist before the members that use them.
-std::unique_ptr<Ui::BurnAudio> madeForm(QWidget *page)
-{
-    auto form = std::make_unique<Ui::BurnAudio>();
-    form->setupUi(page);
-    return form;
-}
-
 }
 
 BurnAudioViewController::~BurnAudioViewController() = default;
@@ -45,9 +36,10 @@ BurnAudioViewController *BurnAudioViewController::getViewController()
 }
 
 BurnAudioViewController::BurnAudioViewController()
-    : m_ui(madeForm(this))
+    : m_ui(madeForm<Ui::BurnAudio>(this))
     , m_devices(m_ui->devicesPopUp)
     , m_progress(m_ui->progressBox, m_ui->progressIndicator, m_ui->progressLabel)
+    , m_records(this)
     , m_cdtextPanel(new CDTextPanel(this))
 {
     m_ui->table->setModel(&m_tracks);
@@ -84,6 +76,7 @@ void BurnAudioViewController::connectControls()
     });
     connect(&m_burn, &PageBurn::progressed, this, &Self::burnStatus);
     connect(&m_burn, &PageBurn::ended, this, &Self::burnEnded);
+    connect(&m_records, &RecordSaver::isSavingChanged, this, &Self::showSaving);
 }
 
 void BurnAudioViewController::viewDidLoad()
@@ -131,8 +124,7 @@ void BurnAudioViewController::showMedium()
     m_ui->mediaTypeButton->setIcon(MiscTool::getMediaImage(device));
     m_ui->mediaTypeButton->setAccessibleDescription(MiscTool::mediaImageName(device.mediaType()));
     const std::optional<DRMSF> size = MiscTool::getDiscSizeInMSF(device);
-    m_ui->discDurationLabel->setText(size && size->blocks() != 0 ? size->description()
-                                                                 : QString());
+    m_ui->discDurationLabel->setText(size && size->blocks() != 0 ? size->description() : QString());
     BurnSpeeds::refresh(m_ui->speedPopUp, m_ui->speedLabel, device);
 }
 
@@ -354,57 +346,25 @@ void BurnAudioViewController::runClear()
     m_ui->exportButton->setEnabled(false);
 }
 
-void BurnAudioViewController::askRecordName(const QString &hint)
+void BurnAudioViewController::exportAction()
 {
-    const QString proposal =
-        text("Record") + QString::number(AudioRepository::count() + 1);
-    auto *panel = new RecordNamePanel(proposal, hint, window());
-    connect(panel, &RecordNamePanel::chosen, this, &BurnAudioViewController::saveRecord);
-    panel->open();
+    m_records.save([this] {
+        AudioRepository::Record record;
+        for (const AudioTrackEntry &entry : m_tracks.data()) {
+            record.names.append(entry.Track);
+            record.paths.append(entry.Path);
+        }
+        if (m_cdtextPanel->store().isWorthKeeping())
+            record.cdText = m_cdtextPanel->store().toMap();
+        return record;
+    });
 }
 
-void BurnAudioViewController::saveRecord(const QString &name)
+void BurnAudioViewController::showSaving(bool isSaving)
 {
-    if (!AudioRepository::isName(name)) {
-        askRecordName(text("A record needs a name that a folder can have."));
-        return;
-    }
-    if (AudioRepository::exists(name)) {
-        MiscTool::showAlert(text("The record has existed."),
-                            text("Please change a different record name."));
-        askRecordName({});
-        return;
-    }
-    AudioRepository::Record record{name, {}, {}, {}};
-    for (const AudioTrackEntry &entry : m_tracks.data()) {
-        record.names.append(entry.Track);
-        record.paths.append(entry.Path);
-    }
-    if (m_cdtextPanel->store().isWorthKeeping())
-        record.cdText = m_cdtextPanel->store().toMap();
-    m_isSaving = true;
-    m_ui->exportButton->setText(text("Saving…"));
-    m_ui->exportButton->setEnabled(false);
-    m_ui->loadingView->show();
-    runJobInBackground(
-        this,
-        [record](const std::stop_token &stop) {
-            if (const Result<> saved = AudioRepository::save(record, stop); !saved)
-                qWarning().noquote() << "the record was not saved:" << saved.error();
-            return stop.stop_requested();
-        },
-        [this](bool wasStopped) { recordSaved(wasStopped); });
-}
-
-void BurnAudioViewController::recordSaved(bool wasStopped)
-{
-    m_isSaving = false;
-    m_ui->exportButton->setText(text("Save"));
-    m_ui->exportButton->setEnabled(!m_tracks.isEmpty() && !m_burn.isRunning());
-    m_ui->loadingView->hide();
-    if (!wasStopped)
-        MiscTool::showAlert(text("Exported successfully"),
-                            text("The record has been exported to repository."));
+    m_ui->exportButton->setText(isSaving ? text("Saving…") : text("Save"));
+    m_ui->exportButton->setEnabled(!isSaving && m_ui->clearButton->isEnabled());
+    m_ui->loadingView->setVisible(isSaving);
 }
 
 // A record is looked at; its tracks and texts are not read back.

@@ -7,6 +7,7 @@
 #include "DevicePopUp.h"
 #include "Page.h"
 #include "PageBurn.h"
+#include "RecordSaver.h"
 
 #include <memory>
 
@@ -26,7 +27,7 @@ public:
 
     [[nodiscard]] bool hasRunningJob() const override
     {
-        return m_burn.isRunning() || m_isMeasuring || m_isSaving;
+        return m_burn.isRunning() || m_isMeasuring || m_records.isSaving();
     }
 
 protected:
@@ -61,10 +62,8 @@ private:
     void clearAction();
     void runClear();
 
-    void exportAction() { askRecordName({}); }
-    void askRecordName(const QString &hint);
-    void saveRecord(const QString &name);
-    void recordSaved(bool wasStopped);
+    void exportAction();
+    void showSaving(bool isSaving);
     void importAction();
 
     [[nodiscard]] DRDevice getSelectedDevice() const { return m_devices.selectedDevice(); }
@@ -76,8 +75,8 @@ private:
     DevicePopUp m_devices;
     BurnProgress m_progress;
     PageBurn m_burn;
+    RecordSaver m_records;
     CDTextPanel *m_cdtextPanel; // a child of the page
     QVariantMap m_shownMedium;  // as showMedium() found it
     bool m_isMeasuring = false;
-    bool m_isSaving = false;
 };

@@ -7,6 +7,7 @@
 #include "DRKeys.h"
 #include "Fields.h"
 #include "FileTools.h"
+#include "Form.h"
 #include "FormatTools.h"
 #include "Localized.h"
 #include "MediaTools.h"
@@ -17,18 +18,6 @@
 #include <QDir>
 #include <QFileDialog>
 
-namespace {
-
-// The widgets of the form exist before the members that use them.
-std::unique_ptr<Ui::BurnData> madeForm(QWidget *page)
-{
-    auto form = std::make_unique<Ui::BurnData>();
-    form->setupUi(page);
-    return form;
-}
-
-}
-
 BurnDataViewController::~BurnDataViewController() = default;
 
 BurnDataViewController *BurnDataViewController::getViewController()
@@ -37,7 +26,7 @@ BurnDataViewController *BurnDataViewController::getViewController()
 }
 
 BurnDataViewController::BurnDataViewController()
-    : m_ui(madeForm(this))
+    : m_ui(madeForm<Ui::BurnData>(this))
     , m_devices(m_ui->devicesPopUp)
     , m_progress(m_ui->progressBox, m_ui->progressIndicator, m_ui->progressLabel)
 {

@@ -1,8 +1,10 @@
 #include "CDTextPanel.h"
 
 #include "Alerts.h"
+#include "CDTextLanguageLists.h"
 #include "CDTextPacks.h"
 #include "DRCDTextKeys.h"
+#include "Form.h"
 #include "Localized.h"
 #include "ui_CDText.h"
 
@@ -10,24 +12,13 @@
 
 namespace {
 
+using CDTextLanguageLists::defaultLanguage;
+
 constexpr int mostLanguages = CDTextPacks::maxBlocks;
 
 QString text(const char *key)
 {
     return localized("CDText", key);
-}
-
-QString defaultLanguage()
-{
-    return text("Default");
-}
-
-// The widgets of the form exist before the members that use them.
-std::unique_ptr<Ui::CDText> madeForm(QDialog *panel)
-{
-    auto form = std::make_unique<Ui::CDText>();
-    form->setupUi(panel);
-    return form;
 }
 
 void alert(const char *message, const char *informativeText)
@@ -39,7 +30,7 @@ void alert(const char *message, const char *informativeText)
 
 CDTextPanel::CDTextPanel(QWidget *parent)
     : QDialog(parent)
-    , m_ui(madeForm(this))
+    , m_ui(madeForm<Ui::CDText>(this))
     , m_store(defaultLanguage())
     , m_discFields({
           {m_ui->discTitleField, DRCDTextTitleKey},
@@ -66,7 +57,7 @@ CDTextPanel::CDTextPanel(QWidget *parent)
     setWindowModality(Qt::WindowModal);
     CDTextChoices::initEncodings(m_ui->encodingPopUp);
     CDTextChoices::initGenres(m_ui->genrePopUp);
-    m_ui->selectedLanguagePopUp->addItem(defaultLanguage(), m_ui->encodingPopUp->itemData(0));
+    CDTextLanguageLists::rebuild(m_ui->selectedLanguagePopUp, {}, defaultTag());
     connectControls();
     cdtextEnableAction();
 }
@@ -128,8 +119,8 @@ void CDTextPanel::cdtextEnableAction()
     m_ui->languageBox->setEnabled(enabled);
     for (QWidget *control : std::initializer_list<QWidget *>{
              m_ui->titlesCopyrightCheckBox, m_ui->specialMessageCheckBox,
-             m_ui->performerSongwriterComposerArrangerCheckBox, m_ui->genrePopUp,
-             m_ui->tracksPopUp, m_ui->convertButton})
+             m_ui->performerSongwriterComposerArrangerCheckBox, m_ui->genrePopUp, m_ui->tracksPopUp,
+             m_ui->convertButton})
         control->setEnabled(enabled);
     m_discFields.setEnabled(enabled);
     m_trackFields.setEnabled(enabled);
@@ -149,7 +140,7 @@ void CDTextPanel::addLanguageAction()
               QT_TRANSLATE_NOOP("CDText", "CDText only supports 8 languages"));
         return;
     }
-    QStringList titles = languages();
+    QStringList titles = CDTextLanguageLists::titles(m_ui->selectedLanguagePopUp);
     const QString name = m_ui->availableLanguagePopUp->currentText();
     if (titles.contains(name)) {
         alert(QT_TRANSLATE_NOOP("CDText", "The language has been added"),
@@ -159,23 +150,12 @@ void CDTextPanel::addLanguageAction()
     if (name.isEmpty())
         return;
     m_ui->availableLanguagePopUp->removeItem(m_ui->availableLanguagePopUp->currentIndex());
-    rebuildLanguages(titles << name);
+    CDTextLanguageLists::rebuild(m_ui->selectedLanguagePopUp, titles << name, defaultTag());
     const int item = m_ui->selectedLanguagePopUp->findText(name, Qt::MatchExactly);
     m_ui->selectedLanguagePopUp->setCurrentIndex(item);
     m_ui->selectedLanguagePopUp->setItemData(item, m_ui->encodingPopUp->currentData().toInt());
     m_store.addLanguage(name, m_ui->tracksPopUp->count());
     selectedLanguageChangeAction();
-}
-
-// The items are made anew, and only the first keeps an encoding.
-void CDTextPanel::rebuildLanguages(QStringList titles)
-{
-    titles.removeAll(defaultLanguage());
-    titles.sort();
-    m_ui->selectedLanguagePopUp->clear();
-    m_ui->selectedLanguagePopUp->addItem(defaultLanguage(), m_ui->encodingPopUp->itemData(0));
-    for (const QString &title : std::as_const(titles))
-        m_ui->selectedLanguagePopUp->addItem(title, CDTextChoices::noEncoding);
 }
 
 void CDTextPanel::removeLanguageAction()
@@ -188,22 +168,8 @@ void CDTextPanel::removeLanguageAction()
     }
     m_ui->selectedLanguagePopUp->removeItem(m_ui->selectedLanguagePopUp->currentIndex());
     m_store.removeLanguage(name);
-    sortAvailableLanguages(name);
+    CDTextLanguageLists::putBack(m_ui->availableLanguagePopUp, name);
     selectedLanguageChangeAction(); // the fields are those of the language that is chosen now
-}
-
-void CDTextPanel::sortAvailableLanguages(const QString &added) const
-{
-    QComboBox *popUp = m_ui->availableLanguagePopUp;
-    const QString chosen = popUp->currentText();
-    QStringList names{added};
-    for (int i = 0; i < popUp->count(); ++i)
-        names.append(popUp->itemText(i));
-    names.removeDuplicates();
-    names.sort();
-    popUp->clear();
-    popUp->addItems(names);
-    popUp->setCurrentText(chosen);
 }
 
 void CDTextPanel::encodingAction()
@@ -298,7 +264,7 @@ bool CDTextPanel::cdtextVerify()
 // The language is chosen without loading its fields; those shown are emptied where it matters.
 bool CDTextPanel::verifyTitles()
 {
-    const QStringList titles = languages();
+    const QStringList titles = CDTextLanguageLists::titles(m_ui->selectedLanguagePopUp);
     for (int item = 0; item < titles.size(); ++item) {
         const QList<QVariantMap> list = m_store.list(titles.at(item));
         const auto count = std::min<qsizetype>(list.size(), m_ui->tracksPopUp->count() + 1);
@@ -368,7 +334,8 @@ QString CDTextPanel::spaceText() const
             shown = packs;
     }
     if (!CDTextChoices::encodingOf(m_ui->selectedLanguagePopUp->currentData().toInt()))
-        return text(QT_TRANSLATE_NOOP("CDText", "Choose an encoding, or this language is left out."));
+        return text(
+            QT_TRANSLATE_NOOP("CDText", "Choose an encoding, or this language is left out."));
     if (!full.isEmpty())
         return QStringLiteral("<b style='color:#c01c28'>")
                + text(QT_TRANSLATE_NOOP("CDText", "Too much text: %1"))
@@ -379,17 +346,14 @@ QString CDTextPanel::spaceText() const
         .arg(CDTextPacks::maxPayloadPacks);
 }
 
+int CDTextPanel::defaultTag() const
+{
+    return m_ui->encodingPopUp->itemData(0).toInt();
+}
+
 QString CDTextPanel::language() const
 {
     return m_ui->selectedLanguagePopUp->currentText();
-}
-
-QStringList CDTextPanel::languages() const
-{
-    QStringList titles;
-    for (int item = 0; item < m_ui->selectedLanguagePopUp->count(); ++item)
-        titles.append(m_ui->selectedLanguagePopUp->itemText(item));
-    return titles;
 }
 
 std::optional<DRCDTextBlock> CDTextPanel::getCDTextBlock(int item) const

@@ -80,10 +80,8 @@ private:
     [[nodiscard]] QString spaceText() const;
 
     [[nodiscard]] QString language() const;
-    [[nodiscard]] QStringList languages() const;
+    [[nodiscard]] int defaultTag() const; // of the first encoding
     [[nodiscard]] std::optional<DRCDTextBlock> getCDTextBlock(int item) const;
-    void rebuildLanguages(QStringList titles);
-    void sortAvailableLanguages(const QString &added) const;
 
     std::unique_ptr<Ui::CDText> m_ui;
     mutable ISO639_1 m_languageTable; // loaded at first use

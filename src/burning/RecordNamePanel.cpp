@@ -38,8 +38,8 @@ RecordNamePanel::RecordNamePanel(const QString &proposal, const QString &hint, Q
     buttons->button(QDialogButtonBox::Cancel)->setText(localized("BurnAudio", "Cancel"));
     auto *layout = new QVBoxLayout(this);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    for (QWidget *widget : std::initializer_list<QWidget *>{title, prompt, m_nameField, hintLabel,
-                                                            buttons})
+    for (QWidget *widget :
+         std::initializer_list<QWidget *>{title, prompt, m_nameField, hintLabel, buttons})
         layout->addWidget(widget);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(buttons, &QDialogButtonBox::accepted, this, [this] {

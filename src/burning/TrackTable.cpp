@@ -46,8 +46,8 @@ void TrackTable::dropEvent(QDropEvent *event)
     event->setDropAction(Qt::CopyAction);
     event->accept();
     const QStringList paths = localFiles(event->mimeData());
-    QMetaObject::invokeMethod(this, [this, paths] { Q_EMIT filesDropped(paths); },
-                              Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this, paths] { Q_EMIT filesDropped(paths); }, Qt::QueuedConnection);
 }
 
 void TrackTable::paintEvent(QPaintEvent *event)

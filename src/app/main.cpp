@@ -17,7 +17,7 @@ int main(int argc, char **argv)
     const ApplicationSetup setup(application);
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Burns data discs from folders and images into the files of a virtual "
+        QStringLiteral("Burns data discs and audio CDs into the files of a virtual "
                        "recorder; maplorn-recorder --help tells about that."));
     parser.addHelpOption();
     parser.addVersionOption();

@@ -3,7 +3,10 @@
 #include "BurnAudioViewController.h"
 #include "BurnDataViewController.h"
 #include "ComingPage.h"
+#include "DMGViewController.h"
+#include "EraseViewController.h"
 #include "HomeViewController.h"
+#include "ISOViewController.h"
 #include "Localized.h"
 #include "LogoutViewController.h"
 #include "RateViewController.h"
@@ -36,9 +39,10 @@ constexpr std::array modules{
            &made<BurnDataViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Music"), "burnMusic32",
            &made<BurnAudioViewController>},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Erase"), "eraseDisc32", &coming},
-    Module{QT_TRANSLATE_NOOP("ViewController", "DMG"), "dmg32", &coming},
-    Module{QT_TRANSLATE_NOOP("ViewController", "ISO"), "iso32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Erase"), "eraseDisc32",
+           &made<EraseViewController>},
+    Module{QT_TRANSLATE_NOOP("ViewController", "DMG"), "dmg32", &made<DMGViewController>},
+    Module{QT_TRANSLATE_NOOP("ViewController", "ISO"), "iso32", &made<ISOViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Password"), "password32", &coming},
     Module{QT_TRANSLATE_NOOP("ViewController", "Profile"), "profile32", &coming},
     Module{QT_TRANSLATE_NOOP("ViewController", "Notification"), "inventory32", &coming},

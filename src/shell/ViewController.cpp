@@ -4,6 +4,7 @@
 #include "ComingPage.h"
 #include "DRKeys.h"
 #include "DRNotificationCenter.h"
+#include "DeviceViewController.h"
 #include "Localized.h"
 #include "LoginViewController.h"
 #include "LogoutViewController.h"
@@ -311,7 +312,9 @@ void ViewController::showExtraPage(std::unique_ptr<Page> page)
 
 void ViewController::showInformation(const DRDevice &device)
 {
-    showExtraPage(std::make_unique<ComingPage>(device.displayName()));
+    std::unique_ptr<DeviceViewController> page(DeviceViewController::getViewController());
+    page->setDevice(device);
+    showExtraPage(std::move(page));
 }
 
 void ViewController::ejectAction(const DRDevice &device)

@@ -1,0 +1,139 @@
+#include "EraseViewController.h"
+
+#include "Alerts.h"
+#include "Checks.h"
+#include "DRKeys.h"
+#include "DRNotificationCenter.h"
+#include "Form.h"
+#include "Localized.h"
+#include "Session.h"
+#include "ui_Erase.h"
+
+#include <array>
+
+namespace {
+
+constexpr double percent = 100.0;
+
+QString text(const char *key)
+{
+    return localized("Erase", key);
+}
+
+}
+
+EraseViewController::~EraseViewController() = default;
+
+EraseViewController *EraseViewController::getViewController()
+{
+    return new EraseViewController;
+}
+
+EraseViewController::EraseViewController()
+    : m_ui(madeForm<Ui::Erase>(this))
+    , m_devices(m_ui->devicesPopUp)
+{
+    m_ui->eraseTypePopUp->addItem(text(QT_TRANSLATE_NOOP("Erase", "Quick")), 0);
+    m_ui->eraseTypePopUp->addItem(text(QT_TRANSLATE_NOOP("Erase", "Complete")), 1);
+    m_ui->progressBox->hide();
+    m_ui->stateBox->hide();
+    connect(m_ui->eraseButton, &QAbstractButton::clicked, this, &EraseViewController::eraseAction);
+}
+
+void EraseViewController::viewDidLoad()
+{
+    m_devices.loadDevices();
+    m_devices.observe();
+}
+
+bool EraseViewController::verify() const
+{
+    const DRDevice device = getSelectedDevice();
+    return runChecks({
+        {[&] { return !device.isValid(); }, localized("NoDevice"),
+         text("Please connect a burning device.")},
+        {[&] { return !device.writesCD() && !device.writesDVD(); },
+         text("The device has no capability of write."),
+         text("Please change a device that have capability of write.")},
+        {[&] { return !device.mediaIsPresent(); }, text("The media is not present."),
+         text("Please wait or re-insert the media")},
+        {[&] { return !device.mediaIsErasable(); }, text("The media cannot be erased."),
+         text("Please change a erasable media.")},
+    });
+}
+
+void EraseViewController::eraseAction()
+{
+    if (verify())
+        Alerts::confirmOnWindow(this, text("Are you sure to erase?"),
+                                text("The operation is not irreversible"), [this] { runErase(); });
+}
+
+void EraseViewController::runErase()
+{
+    const DRDevice device = getSelectedDevice();
+    if (!device.isValid())
+        return;
+    setAllStatus(false);
+    m_erase = DRErase::initWithDevice(device);
+    m_erase.setEraseType(m_ui->eraseTypePopUp->currentData().toInt() == 0 ? DREraseTypeQuick
+                                                                          : DREraseTypeComplete);
+    DRNotificationCenter::currentRunLoop().addObserver(
+        this, [this](const DRNotification &notification) { eraseNotification(notification); },
+        DREraseStatusChangedNotification, QVariant::fromValue(m_erase));
+    m_isRunning = true;
+    m_erase.start();
+}
+
+void EraseViewController::eraseNotification(const DRNotification &notification)
+{
+    const QVariantMap &status = notification.userInfo;
+    if (const QVariant done = status.value(DRStatusPercentCompleteKey); done.isValid())
+        m_ui->progressIndicator->setValue(qRound(done.toDouble() * percent));
+    const QVariantMap times = status.value(DRStatusProgressInfoKey).toMap();
+    for (const auto &[key, label] :
+         std::to_array({std::pair{DRStatusProgressElapsedTime, m_ui->elapsedTimeValue},
+                        std::pair{DRStatusProgressEstimatedTime, m_ui->estimatedTimeValue},
+                        std::pair{DRStatusProgressRemainingTime, m_ui->remainingTimeValue}}))
+        if (const QVariant seconds = times.value(key); seconds.isValid())
+            label->setText(QString::asprintf("%.0f", seconds.toDouble()));
+    const QString state = status.value(DRStatusStateKey).toString();
+    if (state.isEmpty())
+        return;
+    showState(state);
+    if (state == DRStatusStateDone)
+        eraseDone(notification.object.value<DRErase>().device());
+}
+
+// After a failure the controls stay as they are; the box tells why.
+void EraseViewController::showState(const QString &state)
+{
+    m_ui->stateBox->setTitle(localized(m_drStatus.valueForKey(state)));
+    m_isRunning = state != DRStatusStateDone && state != DRStatusStateFailed;
+    if (state == DRStatusStateFailed)
+        m_ui->progressBox->setToolTip(m_erase.errorText());
+}
+
+void EraseViewController::eraseDone(const DRDevice &device)
+{
+    setAllStatus(true);
+    if (m_ui->ejectAfterErasedCheckBox->isChecked() && !device.ejectMedia())
+        qWarning("the erased medium was not ejected");
+    MiscTool::showAlert(text("The erase operation is completed."),
+                        text("Please take out the media."));
+}
+
+void EraseViewController::setAllStatus(bool enabled)
+{
+    for (QWidget *control :
+         std::initializer_list<QWidget *>{m_ui->devicesPopUp, m_ui->eraseTypePopUp,
+                                          m_ui->ejectAfterErasedCheckBox, m_ui->eraseButton})
+        control->setEnabled(enabled);
+    m_ui->progressBox->setHidden(enabled);
+    m_ui->stateBox->setHidden(enabled);
+    if (enabled)
+        m_ui->progressIndicator->setValue(0);
+    else
+        m_ui->progressBox->setToolTip({});
+    Session::setWorking(!enabled);
+}

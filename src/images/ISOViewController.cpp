@@ -1,0 +1,11 @@
+#include "ISOViewController.h"
+
+ISOViewController::ISOViewController()
+    : ImageViewController({QStringLiteral("iso"), {}})
+{
+}
+
+ISOViewController *ISOViewController::getViewController()
+{
+    return new ISOViewController;
+}

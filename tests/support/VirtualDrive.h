@@ -33,6 +33,7 @@ public:
     // A file to burn, of that many bytes, none of them zero, in a folder kept for such. The result
     // is its path.
     QString makeSource(const QString &name, qint64 size) const;
+    QString storeSource(const QString &name, const QByteArray &content) const; // one that is given
     [[nodiscard]] QString sourcePath(const QString &name) const;
 
     // Drops the recorder, as when its cable is pulled; and plugs it in again.

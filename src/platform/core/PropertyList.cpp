@@ -188,8 +188,10 @@ Result<> PropertyList::write(const QString &path, const QVariant &value)
     plist_to_xml(node.get(), &text, &length);
     const std::unique_ptr<char, decltype(&plist_to_xml_free)> xml(text, &plist_to_xml_free);
     QSaveFile file(path);
+    // Flushed apart, since commit() overlooks that what was kept in memory found no room on the
+    // disk, and would put an empty list in the place of the old one.
     if (!xml || !file.open(QIODevice::WriteOnly) || file.write(xml.get(), length) != length
-        || !file.commit())
+        || !file.flush() || !file.commit())
         return Failure{QStringLiteral("%1: %2").arg(path, file.errorString())};
     return Done{};
 }

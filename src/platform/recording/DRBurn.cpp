@@ -21,7 +21,8 @@ QList<DRCDTextBlock> cdTextOf(const QVariantMap &properties)
         return {text.value<DRCDTextBlock>()};
     QList<DRCDTextBlock> blocks;
     for (const QVariant &block : text.toList())
-        blocks.append(block.value<DRCDTextBlock>());
+        if (block.canConvert<DRCDTextBlock>())
+            blocks.append(block.value<DRCDTextBlock>());
     return blocks;
 }
 

@@ -250,10 +250,10 @@ Result<> VirtualRecorder::writeDisc(const DiscLayout &layout, const BurnRequest 
         return done;
 
     report.setState(DRStatusStateFinishing);
-    if (const Result<> stored = storeSheets(layout); !stored)
-        return stored;
     if (const Result<> ready = checkReadyToFinish(medium, report); !ready)
         return ready;
+    if (const Result<> stored = storeSheets(layout); !stored)
+        return stored;
     if (!file.rename(m_tray.contentPath(medium)))
         return Failure{QStringLiteral("%1: %2").arg(file.fileName(), file.errorString())};
     medium.state = VirtualMedium::State::Complete;

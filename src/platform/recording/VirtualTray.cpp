@@ -23,10 +23,12 @@ QString VirtualTray::unfinishedPath(const VirtualMedium &medium) const
     return contentPath(medium) + QStringLiteral(".part");
 }
 
+// Flushed apart, since commit() overlooks that what was kept in memory found no room on the disk.
 Result<> VirtualTray::storeSheet(const QString &suffix, const QByteArray &content) const
 {
     QSaveFile file(mediumFolder() + QStringLiteral("/disc.") + suffix);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush()
+        || !file.commit())
         return Failure{QStringLiteral("%1: %2").arg(file.fileName(), file.errorString())};
     return Done{};
 }

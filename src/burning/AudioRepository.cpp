@@ -16,8 +16,14 @@ QString repository()
     return MiscTool::getCachedPath() + QStringLiteral("/Repository");
 }
 
+// Of tracks that have the same file name the first is kept.
 void copyFile(const QString &from, const QString &to, const std::stop_token &stop)
 {
+    if (QFileInfo::exists(to)) {
+        qWarning().noquote() << "a track was left out of the record: another one has its name:"
+                             << from;
+        return;
+    }
     const QString file = QFileInfo(from).canonicalFilePath(); // the file itself, not a link to it
     const Result<> copied = TreeCopy::copy(file.isEmpty() ? from : file, to, {}, stop);
     if (copied)

@@ -1,11 +1,11 @@
 #include "BurnAudioViewController.h"
 
 #include "Alerts.h"
+#include "AudioChecks.h"
 #include "AudioDurations.h"
 #include "Background.h"
 #include "BurnSpeeds.h"
 #include "CDTextPanel.h"
-#include "Checks.h"
 #include "DRCDTextKeys.h"
 #include "DRKeys.h"
 #include "Form.h"
@@ -14,10 +14,15 @@
 #include "Session.h"
 #include "ui_BurnAudio.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QFileDialog>
 #include <QHeaderView>
+#include <QPointer>
 #include <QtConcurrentMap>
+
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -66,14 +71,19 @@ void BurnAudioViewController::connectControls()
             [this] { setCDText(Sender::Button); });
     connect(m_ui->speedPopUp, &QComboBox::activated, this, &Self::burnSpeedAction);
     connect(m_ui->devicesPopUp, &QComboBox::activated, this, &Self::showMedium);
-    connect(m_ui->table, &TrackTable::filesDropped, this, [this](const QStringList &paths) {
-        QStringList accepted;
-        for (const QString &path : paths)
-            if (AudioTracks::isAccepted(path))
-                accepted.append(path);
-        if (!accepted.isEmpty() && isEnabled() && m_ui->addButton->isEnabled() && verifyMedium())
-            addFiles(accepted);
+    m_ui->table->setTakesFiles([this](const QStringList &paths) {
+        return m_ui->addButton->isEnabled() && std::ranges::any_of(paths, AudioTracks::isAccepted);
     });
+    connect(m_ui->table, &TrackTable::filesDropped, this, [this](const QStringList &paths) {
+        if (AudioChecks::beforeAdding(getSelectedDevice()))
+            addFiles(paths);
+    });
+    connect(m_ui->table, &TrackTable::openRequested, this, [this] { setCDText(Sender::Table); });
+    connect(m_ui->table, &TrackTable::removeRequested, this, [this] {
+        if (m_ui->removeButton->isEnabled())
+            removeAction();
+    });
+    connect(m_cdtextPanel, &CDTextPanel::textEnabledChanged, this, &Self::showTextEnabled);
     connect(&m_burn, &PageBurn::progressed, this, &Self::burnStatus);
     connect(&m_burn, &PageBurn::ended, this, &Self::burnEnded);
     connect(&m_records, &RecordSaver::isSavingChanged, this, &Self::showSaving);
@@ -87,8 +97,6 @@ void BurnAudioViewController::viewDidLoad()
     header->resizeSection(1, 16 * em);
     header->resizeSection(2, 6 * em);
     refreshAction();
-    connect(m_ui->table, &QAbstractItemView::doubleClicked, this,
-            [this] { setCDText(Sender::Table); });
     m_devices.observe();
 }
 
@@ -102,11 +110,6 @@ void BurnAudioViewController::viewWillAppear()
 QVariantMap BurnAudioViewController::medium() const
 {
     return getSelectedDevice().status().value(DRDeviceMediaInfoKey).toMap();
-}
-
-bool BurnAudioViewController::isCD() const
-{
-    return medium().value(DRDeviceMediaClassKey) == QString(DRDeviceMediaClassCD);
 }
 
 void BurnAudioViewController::refreshAction()
@@ -128,43 +131,36 @@ void BurnAudioViewController::showMedium()
     BurnSpeeds::refresh(m_ui->speedPopUp, m_ui->speedLabel, device);
 }
 
-bool BurnAudioViewController::verifyMedium() const
-{
-    const DRDevice device = getSelectedDevice();
-    return runChecks({
-        {[&] { return !device.isValid(); }, localized("NoDevice"),
-         text("Please connect a burning device.")},
-        {[&] { return !device.mediaIsPresent(); }, text("The media is not present."),
-         text("Please wait or re-insert the media")},
-        {[&] { return !isCD(); }, text("The media is not CD."),
-         text("Burning music only supports CD.")},
-        {[&] { return !device.mediaIsBlank(); }, text("The media is not blank."),
-         text("Please insert blank media.")},
-    });
-}
-
 void BurnAudioViewController::addAction()
 {
-    if (!verifyMedium())
+    if (!AudioChecks::beforeAdding(getSelectedDevice()))
         return;
     const QString last = m_tracks.isEmpty() ? QDir::homePath()
                                             : QFileInfo(m_tracks.data().last().Path).absolutePath();
     auto *chooser = new QFileDialog(window(), text("Add"), last);
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     chooser->setFileMode(QFileDialog::ExistingFiles);
-    chooser->setNameFilter(text("Audio files") + QStringLiteral(" (*.")
-                           + AudioTracks::extensions().join(QStringLiteral(" *.")) + u')');
-    connect(chooser, &QFileDialog::filesSelected, this, &BurnAudioViewController::addFiles);
+    const QString patterns =
+        QStringLiteral("*.") + AudioTracks::extensions().join(QStringLiteral(" *."));
+    chooser->setNameFilter(text("Audio files") + u" (" + patterns + u' ' + patterns.toUpper()
+                           + u')');
+    // However it was closed: what is done after the files were added is done without any, too.
+    connect(chooser, &QDialog::finished, this, [this, chooser](int result) {
+        addFiles(result == QDialog::Accepted ? chooser->selectedFiles() : QStringList());
+    });
     chooser->open();
 }
 
 // The files are measured side by side while the page waits; what is added then knows their
 // durations already.
-void BurnAudioViewController::addFiles(const QStringList &paths)
+void BurnAudioViewController::addFiles(const QStringList &chosen)
 {
+    QStringList paths;
+    std::ranges::copy_if(chosen, std::back_inserter(paths), AudioTracks::isAccepted);
+    const QPointer<QWidget> focus = QApplication::focusWidget();
     m_isMeasuring = true;
     setEnabled(false);
-    m_ui->loadingView->show();
+    showWaiting();
     inBackground(
         this,
         [paths](const std::stop_token &stop) {
@@ -174,10 +170,12 @@ void BurnAudioViewController::addFiles(const QStringList &paths)
             });
             return paths;
         },
-        [this](const QStringList &measured) {
+        [this, focus](const QStringList &measured) {
             m_isMeasuring = false;
             setEnabled(true);
-            m_ui->loadingView->hide();
+            showWaiting();
+            if (focus)
+                focus->setFocus();
             appendTracks(measured);
         });
 }
@@ -192,8 +190,7 @@ void BurnAudioViewController::appendTracks(const QStringList &paths)
     }
     refreshAction();
     updateCapacity();
-    m_ui->clearButton->setEnabled(true);
-    m_ui->exportButton->setEnabled(true);
+    enableKeeping(true);
 }
 
 void BurnAudioViewController::removeAction()
@@ -205,6 +202,7 @@ void BurnAudioViewController::removeAction()
     m_tracks.removeAt(row);
     updateCapacity();
     m_cdtextPanel->removeTrack(row);
+    m_ui->table->selectRow(std::min(row, m_tracks.rowCount() - 1));
 }
 
 void BurnAudioViewController::updateCapacity()
@@ -223,16 +221,7 @@ void BurnAudioViewController::burnSpeedAction()
 
 void BurnAudioViewController::setCDText(Sender sender)
 {
-    const QVariantMap capabilities =
-        getSelectedDevice().info().value(DRDeviceWriteCapabilitiesKey).toMap();
-    const bool passed = runChecks({
-        {[&] { return !capabilities.value(DRDeviceCanWriteCDTextKey).toBool(); },
-         text("The burning device doesn't have the capability of writing CD-Text"),
-         text("Please change the burning device that can write CD-Text")},
-        {[&] { return m_tracks.isEmpty(); }, text("Please add tracks first"),
-         text("Only after added tracks,you can set CD-Text")},
-    });
-    if (!passed)
+    if (!AudioChecks::beforeWritingText(getSelectedDevice(), !m_tracks.isEmpty()))
         return;
     QStringList names;
     for (const AudioTrackEntry &entry : m_tracks.data())
@@ -243,29 +232,10 @@ void BurnAudioViewController::setCDText(Sender sender)
         m_cdtextPanel->edit(names, CDTextPanel::Tab::Disc, 0);
 }
 
-bool BurnAudioViewController::verify() const
-{
-    const DRDevice device = getSelectedDevice();
-    return runChecks({
-        {[&] { return !device.isValid(); }, localized("NoDevice"),
-         text("Please connect a burning device.")},
-        {[&] { return !device.writesCD() && !device.writesDVD(); },
-         text("The device has no capability of write."),
-         text("Please change a device that have capability of write.")},
-        {[&] { return !device.mediaIsPresent(); }, text("The media is not present."),
-         text("Please insert blank media.")},
-        {[&] { return !device.mediaIsBlank(); }, text("The media is not blank."),
-         text("Please insert blank media.")},
-        {[&] { return m_tracks.isEmpty(); }, text("Tracks cannot be null"),
-         text("Please select one or more tracks")},
-        {[&] { return m_ui->capacityIndicator->value() > 100; },
-         text("Tracks duration is more than disc duration"), text("Please remove some tracks")},
-    });
-}
-
 void BurnAudioViewController::burnAction()
 {
-    if (verify())
+    if (AudioChecks::verify(getSelectedDevice(), !m_tracks.isEmpty(),
+                            m_ui->capacityIndicator->value()))
         Alerts::confirmOnWindow(this, text("Are you sure to burn?"),
                                 text("Burn the data on the disc"), [this] { runBurn(); });
 }
@@ -313,9 +283,14 @@ void BurnAudioViewController::setAllStatus(bool enabled)
     for (QWidget *control : std::initializer_list<QWidget *>{
              m_ui->devicesPopUp, m_ui->mediaTypeButton, m_ui->addButton, m_ui->removeButton,
              m_ui->cdtextButton, m_ui->speedPopUp, m_ui->verifyCheckBox, m_ui->appendableCheckBox,
-             m_ui->clearButton, m_ui->exportButton, m_ui->importButton, m_ui->burnButton})
+             m_ui->importButton})
         control->setEnabled(enabled);
+    const bool hasFocus = isAncestorOf(QApplication::focusWidget());
     m_ui->stopButton->setVisible(!enabled);
+    m_ui->burnButton->setEnabled(enabled);
+    if (hasFocus) // which a control that is disabled would drop
+        (enabled ? m_ui->burnButton : m_ui->stopButton)->setFocus();
+    enableKeeping(enabled);
     Session::setWorking(!enabled);
 }
 
@@ -342,8 +317,27 @@ void BurnAudioViewController::runClear()
     m_tracks.clear();
     m_progress.reset(text("Done"));
     m_cdtextPanel->clear();
-    m_ui->clearButton->setEnabled(false);
-    m_ui->exportButton->setEnabled(false);
+    enableKeeping(false);
+}
+
+// Clearing and saving; a save that runs is waited for before the next one.
+void BurnAudioViewController::enableKeeping(bool enabled)
+{
+    m_ui->clearButton->setEnabled(enabled);
+    m_ui->exportButton->setEnabled(enabled && !m_records.isSaving());
+}
+
+void BurnAudioViewController::showWaiting()
+{
+    m_ui->loadingView->setVisible(m_isMeasuring || m_records.isSaving());
+}
+
+// Adding tracks switches CD-Text off, which must not surprise who has written all titles.
+void BurnAudioViewController::showTextEnabled(bool enabled)
+{
+    m_ui->cdtextButton->setText(enabled ? text("✓ CD-Text…") : text("CD-Text…"));
+    m_ui->cdtextButton->setAccessibleDescription(enabled ? text("CD-Text will be written")
+                                                         : text("CD-Text will not be written"));
 }
 
 void BurnAudioViewController::exportAction()
@@ -363,8 +357,8 @@ void BurnAudioViewController::exportAction()
 void BurnAudioViewController::showSaving(bool isSaving)
 {
     m_ui->exportButton->setText(isSaving ? text("Saving…") : text("Save"));
-    m_ui->exportButton->setEnabled(!isSaving && m_ui->clearButton->isEnabled());
-    m_ui->loadingView->setVisible(isSaving);
+    enableKeeping(m_ui->clearButton->isEnabled());
+    showWaiting();
 }
 
 // A record is looked at; its tracks and texts are not read back.
@@ -380,8 +374,7 @@ void BurnAudioViewController::importAction()
             qInfo().noquote() << name;
         refreshAction();
         updateCapacity();
-        m_ui->clearButton->setEnabled(true);
-        m_ui->exportButton->setEnabled(true);
+        enableKeeping(true);
     });
     chooser->open();
 }

@@ -40,11 +40,13 @@ private:
     void connectControls();
     void showMedium();
     void setAllStatus(bool enabled);
+    void enableKeeping(bool enabled);
+    void showWaiting();
+    void showTextEnabled(bool enabled);
 
     void refreshAction();
     void addAction();
-    [[nodiscard]] bool verifyMedium() const;
-    void addFiles(const QStringList &paths);
+    void addFiles(const QStringList &chosen);
     void appendTracks(const QStringList &paths);
     void removeAction();
     void updateCapacity();
@@ -53,7 +55,6 @@ private:
     enum class Sender { Button, Table };
     void setCDText(Sender sender);
 
-    [[nodiscard]] bool verify() const;
     void burnAction();
     void runBurn();
     void burnStatus(const QVariantMap &status);
@@ -67,7 +68,6 @@ private:
     void importAction();
 
     [[nodiscard]] DRDevice getSelectedDevice() const { return m_devices.selectedDevice(); }
-    [[nodiscard]] bool isCD() const;
     [[nodiscard]] QVariantMap medium() const;
 
     std::unique_ptr<Ui::BurnAudio> m_ui;

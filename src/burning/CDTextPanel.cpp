@@ -14,8 +14,6 @@ namespace {
 
 using CDTextLanguageLists::defaultLanguage;
 
-constexpr int mostLanguages = CDTextPacks::maxBlocks;
-
 QString text(const char *key)
 {
     return localized("CDText", key);
@@ -116,6 +114,7 @@ void CDTextPanel::setTextEnabled(bool enabled)
 void CDTextPanel::cdtextEnableAction()
 {
     const bool enabled = isTextEnabled();
+    Q_EMIT textEnabledChanged(enabled);
     m_ui->languageBox->setEnabled(enabled);
     for (QWidget *control : std::initializer_list<QWidget *>{
              m_ui->titlesCopyrightCheckBox, m_ui->specialMessageCheckBox,
@@ -135,7 +134,7 @@ void CDTextPanel::initAvailableLanguages()
 
 void CDTextPanel::addLanguageAction()
 {
-    if (m_ui->selectedLanguagePopUp->count() >= mostLanguages) {
+    if (m_ui->selectedLanguagePopUp->count() >= CDTextPacks::maxBlocks) {
         alert(QT_TRANSLATE_NOOP("CDText", "Can not add language any more"),
               QT_TRANSLATE_NOOP("CDText", "CDText only supports 8 languages"));
         return;
@@ -216,7 +215,7 @@ void CDTextPanel::saveDiscCDText()
     disc.insert(DRCDTextCopyrightAssertedForNamesKey,
                 m_ui->performerSongwriterComposerArrangerCheckBox->isChecked());
     disc.insert(DRCDTextGenreCodeKey, m_ui->genrePopUp->currentData().toInt());
-    m_store.store(language(), 0, disc);
+    m_store.store(language(), 0, disc, m_ui->tracksPopUp->count());
     showState();
 }
 
@@ -225,7 +224,7 @@ void CDTextPanel::saveTrackCDText()
     const int track = m_ui->tracksPopUp->currentIndex();
     if (track < 0)
         return;
-    m_store.store(language(), track + 1, m_trackFields.texts());
+    m_store.store(language(), track + 1, m_trackFields.texts(), m_ui->tracksPopUp->count());
     showState();
 }
 
@@ -278,6 +277,7 @@ bool CDTextPanel::verifyTitles()
                                 text("Please fill in the track title"));
             showTab(Tab::Track, m_ui->trackTitleField);
             m_ui->selectedLanguagePopUp->setCurrentIndex(item);
+            showState();
             return false;
         }
     }
@@ -307,15 +307,19 @@ void CDTextPanel::clear()
     setTextEnabled(false);
     while (m_ui->selectedLanguagePopUp->count() > 1)
         m_ui->selectedLanguagePopUp->removeItem(m_ui->selectedLanguagePopUp->count() - 1);
+    m_ui->encodingPopUp->setCurrentIndex(
+        m_ui->encodingPopUp->findData(m_ui->selectedLanguagePopUp->currentData()));
     showDisc({});
     m_trackFields.load({});
     m_ui->tracksPopUp->clear();
+    showState();
 }
 
 // What is wrong with the texts, if anything, and how much room they take.
 void CDTextPanel::showState() const
 {
-    const auto encoding = CDTextChoices::encodingOf(m_ui->encodingPopUp->currentData().toInt());
+    const auto encoding =
+        CDTextChoices::encodingOf(m_ui->selectedLanguagePopUp->currentData().toInt());
     m_discFields.mark(encoding);
     m_trackFields.mark(encoding);
     m_ui->spaceLabel->setText(spaceText());

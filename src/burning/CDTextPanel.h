@@ -56,6 +56,9 @@ public:
     // Closes the sheet, if what is in it is complete.
     void reject() override { saveAction(); }
 
+Q_SIGNALS:
+    void textEnabledChanged(bool enabled);
+
 private:
     void connectControls();
 

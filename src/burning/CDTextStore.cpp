@@ -20,8 +20,11 @@ QVariantMap CDTextStore::element(const QString &language, qsizetype index) const
     return list(language).value(index);
 }
 
-void CDTextStore::store(const QString &language, qsizetype index, const QVariantMap &values)
+void CDTextStore::store(const QString &language, qsizetype index, const QVariantMap &values,
+                        qsizetype trackCount)
 {
+    if (!contains(language))
+        addLanguage(language, trackCount);
     QList<QVariantMap> &list = m_cdTextBlockDict[language];
     if (list.size() <= index)
         list.resize(index + 1);

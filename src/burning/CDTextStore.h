@@ -21,8 +21,10 @@ public:
     // Element 0 is the disc, N + 1 track N; empty where there is none.
     [[nodiscard]] QVariantMap element(const QString &language, qsizetype index) const;
 
-    // Puts values into an element, over those of the same keys; makes it where it is missing.
-    void store(const QString &language, qsizetype index, const QVariantMap &values);
+    // Puts values into an element, over those of the same keys. An element that is missing is made,
+    // and so is the list, for that many tracks: what somebody has typed is not lost.
+    void store(const QString &language, qsizetype index, const QVariantMap &values,
+               qsizetype trackCount);
 
     void addLanguage(const QString &language, qsizetype trackCount);
     void removeLanguage(const QString &language);

@@ -3,6 +3,7 @@
 #include "Localized.h"
 
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
 #include <QUrl>
@@ -24,11 +25,23 @@ TrackTable::TrackTable(QWidget *parent)
     : QTableView(parent)
 {
     setAcceptDrops(true);
+    connect(this, &QAbstractItemView::doubleClicked, this, &TrackTable::openRequested);
+}
+
+void TrackTable::keyPressEvent(QKeyEvent *event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && currentIndex().isValid())
+        Q_EMIT openRequested();
+    else if (event->key() == Qt::Key_Delete)
+        Q_EMIT removeRequested();
+    else
+        QTableView::keyPressEvent(event);
 }
 
 void TrackTable::dragEnterEvent(QDragEnterEvent *event)
 {
-    event->setAccepted(!localFiles(event->mimeData()).isEmpty());
+    event->setAccepted(m_takesFiles && m_takesFiles(localFiles(event->mimeData())));
     if (event->isAccepted())
         event->setDropAction(Qt::CopyAction);
 }

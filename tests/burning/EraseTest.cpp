@@ -1,0 +1,222 @@
+// The erase page against a virtual recorder with each kind of medium.
+#include "AlertRecorder.h"
+#include "DRKeys.h"
+#include "DescribedRecorder.h"
+#include "EraseViewController.h"
+#include "JobLog.h"
+#include "Session.h"
+#include "VirtualDrive.h"
+#include "WindowTestMain.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSemaphore>
+
+namespace {
+
+constexpr int patience = 30000; // ms
+
+// A recorder with an erasable medium whose erase reports what the test says, and ends so.
+class SteppedErase : public DescribedRecorder
+{
+public:
+    SteppedErase()
+        : DescribedRecorder(
+            {{DRDeviceMediaStateKey, QString(DRDeviceMediaStateMediaPresent)},
+             {DRDeviceMediaInfoKey, QVariantMap{{DRDeviceMediaIsErasableKey, true}}}},
+            {{DRDeviceWriteCapabilitiesKey, QVariantMap{{DRDeviceCanWriteCDKey, true}}}})
+    {
+    }
+
+    [[nodiscard]] Result<> erase(EraseType, JobReport &report) override
+    {
+        report.beginPhase(DRStatusStateErasing, 0.5, 1, 100, 0);
+        m_end.acquire();
+        return Failure{QStringLiteral("The medium is worn out.")};
+    }
+    void end() { m_end.release(); }
+
+private:
+    QSemaphore m_end;
+};
+
+}
+
+class EraseTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_drive = std::make_unique<VirtualDrive>();
+        Session::setWorking(false);
+    }
+    void cleanup()
+    {
+        m_page.reset();
+        m_drive.reset();
+    }
+
+    void checksInOrder_data();
+    void checksInOrder();
+    void erasesEveryKindOfMedium_data();
+    void erasesEveryKindOfMedium();
+    void failureLeavesTheControls();
+    void cancelErasesNothing();
+
+private:
+    void show()
+    {
+        m_page.reset(EraseViewController::getViewController());
+        m_page->show();
+    }
+    template <typename Control>
+    [[nodiscard]] Control *control(const char *name) const
+    {
+        return m_page->findChild<Control *>(QLatin1StringView(name));
+    }
+    void click() const { QTest::mouseClick(control<QPushButton>("eraseButton"), Qt::LeftButton); }
+    void erase(AlertRecorder &alerts, QMessageBox::StandardButton answer = QMessageBox::Ok) const
+    {
+        alerts.expect(QStringLiteral("Are you sure to erase?"),
+                      QStringLiteral("The operation is not irreversible"), answer);
+        click();
+    }
+    // Something to erase.
+    void write() const
+    {
+        DRBurn burn = DRBurn::initWithDevice(m_drive->device());
+        const JobLog log(burn);
+        burn.writeLayout(
+            DRBurn::layoutForImageFile(m_drive->makeSource(QStringLiteral("a"), 4096)));
+        QVERIFY(log.waitForEnd() && !m_drive->device().mediaIsBlank());
+    }
+
+    std::unique_ptr<VirtualDrive> m_drive;
+    std::unique_ptr<EraseViewController> m_page;
+};
+
+void EraseTest::checksInOrder_data()
+{
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("help");
+
+    QTest::newRow("no recorder") << "detached"
+                                 << "No recorder is attached."
+                                 << "Please connect a burning device.";
+    QTest::newRow("writes nothing") << "reader"
+                                    << "The device has no capability of write."
+                                    << "Please change a device that have capability of write.";
+    QTest::newRow("no medium") << "ejected"
+                               << "The media is not present."
+                               << "Please wait or re-insert the media";
+    QTest::newRow("written once for all") << "cd-r"
+                                          << "The media cannot be erased."
+                                          << "Please change a erasable media.";
+}
+
+void EraseTest::checksInOrder()
+{
+    QFETCH(const QString, state);
+    QFETCH(const QString, message);
+    QFETCH(const QString, help);
+    const auto reader = std::make_shared<DescribedRecorder>(QVariantMap());
+    if (state == QLatin1StringView("ejected"))
+        QVERIFY(m_drive->recorder().eject());
+    else if (state == QLatin1StringView("cd-r"))
+        m_drive->insert(DRDeviceMediaTypeCDR);
+    else
+        m_drive->detach();
+    if (state == QLatin1StringView("reader"))
+        m_drive->service().attach(reader);
+    show();
+    AlertRecorder alerts;
+    alerts.expect(message, help);
+    click();
+    QTRY_VERIFY(alerts.isDone());
+    QVERIFY(!Session::isWorking());
+}
+
+void EraseTest::erasesEveryKindOfMedium_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<int>("eraseType");
+    QTest::addColumn<bool>("eject");
+
+    for (const QLatin1StringView type :
+         {DRDeviceMediaTypeCDRW, DRDeviceMediaTypeDVDRW, DRDeviceMediaTypeDVDPlusRW,
+          DRDeviceMediaTypeDVDRAM, DRDeviceMediaTypeBDRE})
+        for (const int eraseType : {0, 1})
+            QTest::addRow("%s %d", type.data(), eraseType)
+                << QString(type) << eraseType << (eraseType == 1);
+}
+
+void EraseTest::erasesEveryKindOfMedium()
+{
+    QFETCH(const QString, type);
+    QFETCH(const int, eraseType);
+    QFETCH(const bool, eject);
+    m_drive->insert(type);
+    write();
+    show();
+    auto *progress = control<QGroupBox>("progressBox");
+    QVERIFY(progress->isHidden());
+    control<QComboBox>("eraseTypePopUp")->setCurrentIndex(eraseType);
+    control<QCheckBox>("ejectAfterErasedCheckBox")->setChecked(eject);
+    AlertRecorder alerts;
+    erase(alerts);
+    alerts.expect(QStringLiteral("The erase operation is completed."),
+                  QStringLiteral("Please take out the media."));
+    QTRY_VERIFY_WITH_TIMEOUT(alerts.isDone(), patience);
+    QVERIFY(progress->isHidden() && control<QPushButton>("eraseButton")->isEnabled());
+    QCOMPARE(control<QProgressBar>("progressIndicator")->value(), 0);
+    QCOMPARE(control<QGroupBox>("stateBox")->title(), QStringLiteral("Done"));
+    QVERIFY(!Session::isWorking() && !m_page->hasRunningJob());
+    QCOMPARE(m_drive->device().mediaIsPresent(), !eject);
+    QVERIFY(eject || m_drive->device().mediaIsBlank());
+}
+
+void EraseTest::failureLeavesTheControls()
+{
+    const auto recorder = std::make_shared<SteppedErase>();
+    m_drive->detach();
+    m_drive->service().attach(recorder);
+    show();
+    AlertRecorder alerts;
+    erase(alerts);
+    QTRY_COMPARE_WITH_TIMEOUT(control<QProgressBar>("progressIndicator")->value(), 50, patience);
+    QVERIFY(control<QGroupBox>("progressBox")->isVisible() && Session::isWorking());
+    QVERIFY(m_page->hasRunningJob());
+    QCOMPARE(control<QGroupBox>("stateBox")->title(), QStringLiteral("Erasing"));
+    QCOMPARE(control<QLabel>("elapsedTimeValue")->text(), QStringLiteral("0"));
+    recorder->end();
+    QTRY_COMPARE_WITH_TIMEOUT(control<QGroupBox>("stateBox")->title(), QStringLiteral("Failed"),
+                              patience);
+    for (const char *name :
+         {"devicesPopUp", "eraseTypePopUp", "ejectAfterErasedCheckBox", "eraseButton"})
+        QVERIFY2(!control<QWidget>(name)->isEnabled(), name);
+    QCOMPARE(control<QGroupBox>("progressBox")->toolTip(),
+             QStringLiteral("The medium is worn out."));
+    QVERIFY(Session::isWorking() && !m_page->hasRunningJob());
+    m_page.reset();
+    m_drive->service().detach(recorder);
+}
+
+void EraseTest::cancelErasesNothing()
+{
+    write();
+    show();
+    AlertRecorder alerts;
+    erase(alerts, QMessageBox::Cancel);
+    QTRY_VERIFY(alerts.isDone());
+    QVERIFY(!m_drive->device().mediaIsBlank() && !Session::isWorking());
+}
+
+MAPLORN_WINDOW_TEST_MAIN(EraseTest)
+#include "EraseTest.moc"

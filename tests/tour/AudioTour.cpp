@@ -7,8 +7,8 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QProcess>
-#include <QTableView>
 #include <QTabWidget>
+#include <QTableView>
 #include <QtEndian>
 
 #include <array>
@@ -168,7 +168,8 @@ void AudioTour::readBack()
     const QString output = QString::fromUtf8(reader.readAllStandardOutput());
     const qsizetype texts = output.indexOf(QLatin1StringView("CD-TEXT"));
     say(output.mid(texts).trimmed());
-    for (const QString &title : englishTitles + germanTitles + QStringList{
-                                    QStringLiteral("Three Tones"), QStringLiteral("A Sine")})
+    for (const QString &title :
+         englishTitles + germanTitles
+             + QStringList{QStringLiteral("Three Tones"), QStringLiteral("A Sine")})
         require(output.contains(title), QStringLiteral("the disc does not say “%1”").arg(title));
 }

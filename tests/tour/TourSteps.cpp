@@ -124,8 +124,10 @@ void TourSteps::choose(const QString &typed, const QString &shot) const
     const auto chooser = [this] { return m_window.findChild<QFileDialog *>(); };
     waitFor([&] { return chooser() != nullptr; }, QStringLiteral("no file chooser"));
     shoot(shot);
+    const bool isSaved = chooser()->acceptMode() == QFileDialog::AcceptSave;
     chooser()->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(typed);
-    click(chooser()->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Open));
+    click(chooser()->findChild<QDialogButtonBox *>()->button(isSaved ? QDialogButtonBox::Save
+                                                                     : QDialogButtonBox::Open));
     waitFor([&] { return chooser() == nullptr; }, QStringLiteral("%1 was not taken").arg(typed));
 }
 

@@ -11,7 +11,7 @@
 
 class QFileDialog;
 
-inline constexpr int soon = 10 * 1000;          // ms that the window may take for what is done at once
+inline constexpr int soon = 10 * 1000; // ms that the window may take for what is done at once
 inline constexpr int measured = 10 * 60 * 1000; // ms that measuring sources may take
 inline constexpr int burned = 24 * 60 * 60 * 1000;
 

@@ -1,10 +1,12 @@
 // The unattended tour: drives the real window as a person would, by its controls. Signs in, shows
-// every module, burns a folder with verification and an audio CD with titles in two languages, signs
-// out, prints what it does, and leaves screenshots.
+// every module, burns a folder with verification and an audio CD with titles in two languages,
+// erases that, makes disc images of the folder, signs out, prints what it does, and leaves
+// screenshots.
 //   maplorn-tour FOLDER SHOTS
 #include "AppDelegate.h"
 #include "AudioTour.h"
 #include "DRKeys.h"
+#include "DiscTour.h"
 #include "FileTools.h"
 #include "Launch.h"
 #include "MediaTools.h"
@@ -51,6 +53,7 @@ public:
         m_window.resize(size);
         burn(QStringLiteral("data"));
         AudioTour(m_window, m_shots).run();
+        DiscTour(m_window, m_shots, m_folder).run();
         signOut();
     }
 

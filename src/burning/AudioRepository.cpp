@@ -18,6 +18,11 @@ QString repository()
 
 void copyFile(const QString &from, const QString &to, const std::stop_token &stop)
 {
+    if (QFileInfo::exists(to)) {
+        qWarning().noquote() << "a track was left out of the record, which has one of its name:"
+                             << from;
+        return;
+    }
     const QString file = QFileInfo(from).canonicalFilePath(); // the file itself, not a link to it
     const Result<> copied = TreeCopy::copy(file.isEmpty() ? from : file, to, {}, stop);
     if (copied)

@@ -67,10 +67,7 @@ void BurnAudioViewController::connectControls()
     connect(m_ui->speedPopUp, &QComboBox::activated, this, &Self::burnSpeedAction);
     connect(m_ui->devicesPopUp, &QComboBox::activated, this, &Self::showMedium);
     connect(m_ui->table, &TrackTable::filesDropped, this, [this](const QStringList &paths) {
-        QStringList accepted;
-        for (const QString &path : paths)
-            if (AudioTracks::isAccepted(path))
-                accepted.append(path);
+        const QStringList accepted = AudioTracks::accepted(paths);
         if (!accepted.isEmpty() && isEnabled() && m_ui->addButton->isEnabled() && verifyMedium())
             addFiles(accepted);
     });
@@ -154,7 +151,10 @@ void BurnAudioViewController::addAction()
     chooser->setFileMode(QFileDialog::ExistingFiles);
     chooser->setNameFilter(text("Audio files") + QStringLiteral(" (*.")
                            + AudioTracks::extensions().join(QStringLiteral(" *.")) + u')');
-    connect(chooser, &QFileDialog::filesSelected, this, &BurnAudioViewController::addFiles);
+    // A name typed in passes the filter; and what follows the choosing follows a cancel too.
+    connect(chooser, &QFileDialog::filesSelected, this,
+            [this](const QStringList &paths) { addFiles(AudioTracks::accepted(paths)); });
+    connect(chooser, &QDialog::rejected, this, [this] { appendTracks({}); });
     chooser->open();
 }
 

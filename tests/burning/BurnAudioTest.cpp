@@ -2,7 +2,6 @@
 // end.
 #include "AudioPage.h"
 #include "DRCDTextKeys.h"
-#include "LevelIndicator.h"
 #include "PackTools.h"
 #include "RecorderLock.h"
 #include "Session.h"
@@ -13,7 +12,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QProgressBar>
-#include <QTabWidget>
 
 namespace {
 
@@ -57,7 +55,6 @@ private Q_SLOTS:
     void failureTellsItsReason();
     void lateEndLeavesTheNewerBurnAlone();
     void heldRecorderStaysSilent();
-    void clearEmptiesEverything();
     void discNamesItsTracksInTwoLanguages();
 };
 
@@ -341,41 +338,6 @@ void BurnAudioTest::heldRecorderStaysSilent()
     QVERIFY(!page.drive.device().mediaIsReserved());
     page.stopBurn(alerts);
     QCOMPARE(enabledInputs(page), 1);
-}
-
-void BurnAudioTest::clearEmptiesEverything()
-{
-    AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
-    page.openEditor();
-    page.addLanguage(QStringLiteral("German"));
-    page.writeTitles(QStringLiteral("Scheibe"), {QStringLiteral("Lied")});
-    page.click("titlesCopyrightCheckBox");
-    page.pick("genrePopUp", QStringLiteral("Jazz"));
-    page.pick("selectedLanguagePopUp", QStringLiteral("Default"));
-    page.writeTitles(QStringLiteral("Disc"), {QStringLiteral("Track")});
-    page.click("titlesCopyrightCheckBox");
-    page.pick("genrePopUp", QStringLiteral("Jazz"));
-    page.click("saveButton");
-    page.control<QProgressBar>("progressIndicator")->setValue(50);
-    page.control<QLabel>("progressLabel")->setText(QStringLiteral("of an earlier burn"));
-    AlertRecorder alerts;
-    page.clear(alerts);
-    QVERIFY(page.names().isEmpty());
-    for (const char *label : {"tracksDurationLabel", "discDurationLabel", "progressLabel"})
-        QCOMPARE(page.control<QLabel>(label)->text(), QString());
-    QCOMPARE(page.control<LevelIndicator>("capacityIndicator")->value(), quint64(0));
-    QCOMPARE(page.control<QProgressBar>("progressIndicator")->value(), 0);
-    QCOMPARE(title(page), QStringLiteral("Done"));
-    QVERIFY(page.editor()->store().toMap().isEmpty());
-    QVERIFY(!page.editor()->isTextEnabled());
-    QCOMPARE(page.control<QComboBox>("selectedLanguagePopUp")->count(), 1);
-    QCOMPARE(page.control<QComboBox>("genrePopUp")->currentIndex(), 0);
-    QVERIFY(!page.control<QCheckBox>("titlesCopyrightCheckBox")->isChecked());
-    for (const QLineEdit *field : page.editor()->findChildren<QLineEdit *>())
-        QCOMPARE(field->text(), QString());
-    QVERIFY(!page.control<QWidget>("clearButton")->isEnabled());
-    QVERIFY(!page.control<QWidget>("exportButton")->isEnabled());
 }
 
 void BurnAudioTest::discNamesItsTracksInTwoLanguages()

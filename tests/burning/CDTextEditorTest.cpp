@@ -37,6 +37,7 @@ private Q_SLOTS:
     void titleOfTheFileName();
     void closingChecksInOrder_data();
     void closingChecksInOrder();
+    void escapeChecksToo();
     void charactersThatTheDiscCannotHold_data();
     void charactersThatTheDiscCannotHold();
     void recordingCodes_data();
@@ -210,6 +211,8 @@ void CDTextEditorTest::titleOfTheFileName_data()
     QTest::addColumn<QString>("title");
     QTest::newRow("up to the first dot") << "a.b.mp3"
                                          << "a";
+    QTest::newRow("all of a name without one") << "A Song"
+                                               << "A Song";
     QTest::newRow("blanks stay") << "01 - A Song.wav"
                                  << "01 - A Song";
 }
@@ -219,9 +222,8 @@ void CDTextEditorTest::titleOfTheFileName()
     QFETCH(const QString, name);
     QFETCH(const QString, title);
     const AudioPage page;
-    page.add({page.track(QStringLiteral("first.wav")), page.track(name)});
-    page.openEditor();
-    page.pick("tracksPopUp", name);
+    page.editor()->edit({QStringLiteral("first.wav"), name}, CDTextPanel::Tab::Track, 1);
+    page.control<QCheckBox>("cdtextEnabledCheckBox")->setChecked(true);
     page.click("convertButton");
     QCOMPARE(page.shown("trackTitleField"), title);
     QCOMPARE(page.texts(defaultLanguage, 2).value(DRCDTextTitleKey), title);
@@ -283,8 +285,22 @@ void CDTextEditorTest::closingChecksInOrder()
         return;
     QCOMPARE(tab(page), tabShown);
     QCOMPARE(page.editor()->focusWidget()->objectName(), focused);
+}
+
+void CDTextEditorTest::escapeChecksToo()
+{
+    const AudioPage page;
+    page.add({page.track(QStringLiteral("a.wav"))});
+    page.openEditor();
+    AlertRecorder alerts;
+    alerts.expect(QStringLiteral("Disc title cannot be null"),
+                  QStringLiteral("Please fill in the disc title"));
     QTest::keyClick(page.editor(), Qt::Key_Escape);
-    QVERIFY2(page.editor()->isVisible() || alerts.isDone(), "no way around the checks");
+    QVERIFY(alerts.isDone());
+    QVERIFY(page.editor()->isVisible());
+    page.writeTitles(QStringLiteral("Disc"), {QStringLiteral("Track")});
+    QTest::keyClick(page.editor(), Qt::Key_Escape);
+    QVERIFY(!page.editor()->isVisible());
 }
 
 void CDTextEditorTest::charactersThatTheDiscCannotHold_data()

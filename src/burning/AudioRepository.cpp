@@ -20,7 +20,7 @@ QString repository()
 void copyFile(const QString &from, const QString &to, const std::stop_token &stop)
 {
     if (QFileInfo::exists(to)) {
-        qWarning().noquote() << "a track was left out of the record: another one has its name:"
+        qWarning().noquote() << "a track was left out of the record, which has one of its name:"
                              << from;
         return;
     }

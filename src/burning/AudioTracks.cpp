@@ -47,10 +47,14 @@ const QStringList &AudioTracks::extensions()
     return list;
 }
 
-bool AudioTracks::isAccepted(const QString &path)
+QStringList AudioTracks::accepted(const QStringList &paths)
 {
-    const QFileInfo file(path);
-    return !file.isDir() && extensions().contains(file.suffix().toLower());
+    QStringList files;
+    std::ranges::copy_if(paths, std::back_inserter(files), [](const QString &path) {
+        const QFileInfo file(path);
+        return !file.isDir() && extensions().contains(file.suffix().toLower());
+    });
+    return files;
 }
 
 bool AudioTracks::isAdded(const QString &path) const

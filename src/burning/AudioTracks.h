@@ -20,7 +20,8 @@ public:
 
     // Extensions of the files that can be tracks, without dots.
     [[nodiscard]] static const QStringList &extensions();
-    [[nodiscard]] static bool isAccepted(const QString &path);
+    // Those of the files that can be tracks.
+    [[nodiscard]] static QStringList accepted(const QStringList &paths);
 
     [[nodiscard]] const QList<AudioTrackEntry> &data() const { return m_data; }
     [[nodiscard]] bool isEmpty() const { return m_data.isEmpty(); }

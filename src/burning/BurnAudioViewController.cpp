@@ -22,7 +22,6 @@
 #include <QtConcurrentMap>
 
 #include <algorithm>
-#include <iterator>
 
 namespace {
 
@@ -72,7 +71,7 @@ void BurnAudioViewController::connectControls()
     connect(m_ui->speedPopUp, &QComboBox::activated, this, &Self::burnSpeedAction);
     connect(m_ui->devicesPopUp, &QComboBox::activated, this, &Self::showMedium);
     m_ui->table->setTakesFiles([this](const QStringList &paths) {
-        return m_ui->addButton->isEnabled() && std::ranges::any_of(paths, AudioTracks::isAccepted);
+        return m_ui->addButton->isEnabled() && !AudioTracks::accepted(paths).isEmpty();
     });
     connect(m_ui->table, &TrackTable::filesDropped, this, [this](const QStringList &paths) {
         if (AudioChecks::beforeAdding(getSelectedDevice()))
@@ -144,10 +143,9 @@ void BurnAudioViewController::addAction()
         QStringLiteral("*.") + AudioTracks::extensions().join(QStringLiteral(" *."));
     chooser->setNameFilter(text("Audio files") + u" (" + patterns + u' ' + patterns.toUpper()
                            + u')');
-    // However it was closed: what is done after the files were added is done without any, too.
-    connect(chooser, &QDialog::finished, this, [this, chooser](int result) {
-        addFiles(result == QDialog::Accepted ? chooser->selectedFiles() : QStringList());
-    });
+    // What follows the choosing follows a cancel too.
+    connect(chooser, &QFileDialog::filesSelected, this, &BurnAudioViewController::addFiles);
+    connect(chooser, &QDialog::rejected, this, [this] { appendTracks({}); });
     chooser->open();
 }
 
@@ -155,8 +153,7 @@ void BurnAudioViewController::addAction()
 // durations already.
 void BurnAudioViewController::addFiles(const QStringList &chosen)
 {
-    QStringList paths;
-    std::ranges::copy_if(chosen, std::back_inserter(paths), AudioTracks::isAccepted);
+    const QStringList paths = AudioTracks::accepted(chosen); // a name typed in passes any filter
     const QPointer<QWidget> focus = QApplication::focusWidget();
     m_isMeasuring = true;
     setEnabled(false);

@@ -1,0 +1,373 @@
+// Burns from the audio page: checks, what is asked of the recorder, control states, and how burns
+// end.
+#include "AudioPage.h"
+#include "DRCDTextKeys.h"
+#include "PackTools.h"
+#include "RecorderLock.h"
+#include "Session.h"
+#include "SteppedRecorder.h"
+#include "WindowTestMain.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QProgressBar>
+
+namespace {
+
+constexpr std::array inputs{"devicesPopUp",   "mediaTypeButton",    "addButton",
+                            "removeButton",   "cdtextButton",       "speedPopUp",
+                            "verifyCheckBox", "appendableCheckBox", "clearButton",
+                            "exportButton",   "importButton",       "burnButton"};
+
+// Whether all controls that a burn switches off are on (1), off (0), or some (-1).
+int enabledInputs(const AudioPage &page)
+{
+    const auto count = std::ranges::count_if(
+        inputs, [&page](const char *name) { return page.control<QWidget>(name)->isEnabled(); });
+    return count == 0 ? 0 : count == std::ssize(inputs) ? 1 : -1;
+}
+
+QString title(const AudioPage &page)
+{
+    return page.control<QGroupBox>("progressBox")->title();
+}
+
+}
+
+class BurnAudioTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { Session::setWorking(false); }
+
+    void burnChecksInOrder_data();
+    void burnChecksInOrder();
+    void refusedQuestionChangesNothing();
+    void speedAndOptionsAreAskedFor_data();
+    void speedAndOptionsAreAskedFor();
+    void textIsBurnedOnlyWhenItIsOn_data();
+    void textIsBurnedOnlyWhenItIsOn();
+    void controlsWhileBurning_data();
+    void controlsWhileBurning();
+    void titlesOfTheStates();
+    void failureTellsItsReason();
+    void lateEndLeavesTheNewerBurnAlone();
+    void heldRecorderStaysSilent();
+    void discNamesItsTracksInTwoLanguages();
+};
+
+void BurnAudioTest::burnChecksInOrder_data()
+{
+    QTest::addColumn<QVariantMap>("status");
+    QTest::addColumn<bool>("isAttached");
+    QTest::addColumn<bool>("writes");
+    QTest::addColumn<bool>("hasTooLongTracks");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<QString>("informativeText");
+    const QVariantMap empty{{DRDeviceMediaStateKey, QString(DRDeviceMediaStateNone)}};
+    const QVariantMap written = SteppedRecorder::medium(DRDeviceMediaClassCD, false);
+    const QVariantMap blank = SteppedRecorder::medium(DRDeviceMediaClassCD, true, 75);
+    QTest::newRow("recorder gone, before it is no writer")
+        << empty << false << false << false << "No recorder is attached."
+        << "Please connect a burning device.";
+    QTest::newRow("a reader, before its missing medium")
+        << empty << true << false << false << "The device has no capability of write."
+        << "Please change a device that have capability of write.";
+    QTest::newRow("no medium, with the text of this check alone")
+        << empty << true << true << false << "The media is not present."
+        << "Please insert blank media.";
+    QTest::newRow("written medium, before the missing tracks")
+        << written << true << true << false << "The media is not blank."
+        << "Please insert blank media.";
+    QTest::newRow("written medium, before the tracks that are too long")
+        << written << true << true << true << "The media is not blank."
+        << "Please insert blank media.";
+    QTest::newRow("no tracks") << blank << true << true << false << "Tracks cannot be null"
+                               << "Please select one or more tracks";
+    QTest::newRow("tracks too long")
+        << blank << true << true << true << "Tracks duration is more than disc duration"
+        << "Please remove some tracks";
+}
+
+void BurnAudioTest::burnChecksInOrder()
+{
+    QFETCH(const QVariantMap, status);
+    QFETCH(const bool, isAttached);
+    QFETCH(const bool, writes);
+    QFETCH(const bool, hasTooLongTracks);
+    QFETCH(const QString, message);
+    QFETCH(const QString, informativeText);
+    AudioPage page;
+    const QVariantMap capabilities{{DRDeviceCanWriteDVDKey, writes}};
+    const auto recorder = std::make_shared<DescribedRecorder>(
+        SteppedRecorder::medium(DRDeviceMediaClassCD, true, 75),
+        QVariantMap{{DRDeviceWriteCapabilitiesKey, capabilities}});
+    page.use(recorder);
+    if (hasTooLongTracks)
+        page.add({page.track(QStringLiteral("a.wav"), 2)});
+    recorder->setStatus(status);
+    recorder->setAttached(isAttached);
+    AlertRecorder alerts;
+    alerts.expect(message, informativeText);
+    page.click("burnButton");
+    QVERIFY(alerts.isDone());
+    QCOMPARE(alerts.seen().size(), 1);
+    recorder->setAttached(true);
+}
+
+void BurnAudioTest::refusedQuestionChangesNothing()
+{
+    AudioPage page;
+    page.add({page.track(QStringLiteral("a.wav"))});
+    AlertRecorder alerts;
+    alerts.expect(QStringLiteral("Are you sure to burn?"),
+                  QStringLiteral("Burn the data on the disc"), QMessageBox::Cancel);
+    page.click("burnButton");
+    QTRY_VERIFY(alerts.isDone());
+    QCOMPARE(alerts.seen().first().buttons, (QList{QMessageBox::Ok, QMessageBox::Cancel}));
+    alerts.expect(QStringLiteral("Are you sure to clear?"),
+                  QStringLiteral("Clear the burning information"), QMessageBox::Cancel);
+    page.click("clearButton");
+    QTRY_VERIFY(alerts.isDone());
+    QCOMPARE(page.names().size(), 1);
+    QVERIFY(page.drive.device().mediaIsBlank());
+    QVERIFY(!page.page->hasRunningJob());
+    QCOMPARE(enabledInputs(page), 1);
+}
+
+void BurnAudioTest::speedAndOptionsAreAskedFor_data()
+{
+    QTest::addColumn<QString>("choice");
+    QTest::addColumn<QString>("unit");
+    QTest::addColumn<float>("speed");
+    QTest::addColumn<bool>("isChecked");
+    QTest::newRow("AUTO asks for no speed") << "AUTO" << QString() << 0.0F << false;
+    QTest::newRow("the speed itself, no multiple") << "1411.2"
+                                                   << "K/S" << 1411.2F << true;
+}
+
+void BurnAudioTest::speedAndOptionsAreAskedFor()
+{
+    QFETCH(const QString, choice);
+    QFETCH(const QString, unit);
+    QFETCH(const float, speed);
+    QFETCH(const bool, isChecked);
+    AudioPage page;
+    const auto recorder = std::make_shared<SteppedRecorder>();
+    page.use(recorder);
+    page.add({page.track(QStringLiteral("a.wav")), page.track(QStringLiteral("b.wav"))});
+    page.pick("speedPopUp", choice);
+    QCOMPARE(page.control<QLabel>("speedLabel")->text(), unit);
+    page.control<QCheckBox>("verifyCheckBox")->setChecked(isChecked);
+    page.control<QCheckBox>("appendableCheckBox")->setChecked(!isChecked);
+    AlertRecorder alerts;
+    page.startBurn(alerts);
+    recorder->end();
+    page.waitForEnd();
+    QCOMPARE(static_cast<float>(recorder->request().speed), speed);
+    QCOMPARE(recorder->request().verify, isChecked);
+    QCOMPARE(recorder->request().appendable, !isChecked);
+    QCOMPARE(recorder->request().tracks.size(), 2);
+    QVERIFY(recorder->request().tracks.first().isAudio());
+}
+
+void BurnAudioTest::textIsBurnedOnlyWhenItIsOn_data()
+{
+    QTest::addColumn<bool>("isOn");
+    QTest::newRow("off: none, though there are texts") << false;
+    QTest::newRow("on: the languages' blocks") << true;
+}
+
+void BurnAudioTest::textIsBurnedOnlyWhenItIsOn()
+{
+    QFETCH(const bool, isOn);
+    AudioPage page;
+    const auto recorder = std::make_shared<SteppedRecorder>();
+    page.use(recorder);
+    page.add({page.track(QStringLiteral("a.wav"))});
+    page.openEditor();
+    page.writeTitles(QStringLiteral("Disc"), {QStringLiteral("Track")});
+    page.control<QCheckBox>("cdtextEnabledCheckBox")->setChecked(isOn);
+    page.click("saveButton");
+    AlertRecorder alerts;
+    page.startBurn(alerts);
+    recorder->end();
+    page.waitForEnd();
+    const QList<DRCDTextBlock> blocks = recorder->request().cdText;
+    QCOMPARE(blocks.size(), isOn ? 1 : 0);
+    if (isOn)
+        QCOMPARE(blocks.first().trackDictionaries(),
+                 page.editor()->store().list(QStringLiteral("Default")));
+}
+
+void BurnAudioTest::controlsWhileBurning_data()
+{
+    QTest::addColumn<QString>("end");
+    QTest::newRow("until it is done") << "done";
+    QTest::newRow("until it fails") << "failed";
+    QTest::newRow("until it is aborted, and not until that has its effect") << "aborted";
+}
+
+void BurnAudioTest::controlsWhileBurning()
+{
+    QFETCH(const QString, end);
+    AudioPage page;
+    const auto recorder = std::make_shared<SteppedRecorder>();
+    page.use(recorder);
+    page.add({page.track(QStringLiteral("a.wav"))});
+    QCOMPARE(enabledInputs(page), 1);
+    AlertRecorder alerts;
+    page.startBurn(alerts);
+    QCOMPARE(enabledInputs(page), 0);
+    QVERIFY(page.control<QWidget>("stopButton")->isVisible());
+    QVERIFY(Session::isWorking());
+    QVERIFY(recorder->isReserved());
+    QTRY_VERIFY_WITH_TIMEOUT(recorder->hasBegun(), AudioPage::patience);
+    if (end == QLatin1StringView("aborted")) {
+        page.stopBurn(alerts);
+        QVERIFY2(page.page->hasRunningJob(), "the burn has not ended yet");
+    } else {
+        end == QLatin1StringView("done") ? recorder->end() : recorder->fail(end);
+        page.waitForEnd();
+    }
+    QCOMPARE(enabledInputs(page), 1);
+    QVERIFY(!page.control<QWidget>("stopButton")->isVisible());
+    QVERIFY(!Session::isWorking());
+    if (end == QLatin1StringView("aborted"))
+        recorder->fail(end);
+    page.waitForEnd();
+    QVERIFY(!recorder->isReserved());
+    QVERIFY(!Session::isWorking());
+}
+
+void BurnAudioTest::titlesOfTheStates()
+{
+    AudioPage page;
+    const auto recorder = std::make_shared<SteppedRecorder>();
+    page.use(recorder);
+    page.add({page.track(QStringLiteral("a.wav"))});
+    AlertRecorder alerts;
+    page.startBurn(alerts);
+    QTRY_COMPARE_WITH_TIMEOUT(title(page), QStringLiteral("Preparing"), AudioPage::patience);
+    const auto *bar = page.control<QProgressBar>("progressIndicator");
+    const std::initializer_list<std::pair<QLatin1StringView, const char *>> states{
+        {DRStatusStateErasing, "Erasing"},
+        {DRStatusStateNone, "None"},
+        {DRStatusStateSessionOpen, "Session Open"},
+        {DRStatusStateTrackOpen, "Track Open"},
+        {DRStatusStateTrackWrite, "Write"},
+        {DRStatusStateTrackClose, "Track Close"},
+        {DRStatusStateSessionClose, "Session Close"},
+        {DRStatusStateVerifying, "Verifying"}};
+    for (const auto &[state, shown] : states) {
+        recorder->enter(state);
+        QTRY_COMPARE_WITH_TIMEOUT(title(page), QLatin1StringView(shown), AudioPage::patience);
+        QVERIFY(bar->value() < bar->maximum());
+    }
+    recorder->enter(DRStatusStateFinishing);
+    QTRY_COMPARE_WITH_TIMEOUT(title(page), QStringLiteral("Finishing"), AudioPage::patience);
+    QCOMPARE(bar->value(), 100);
+    recorder->end();
+    page.waitForEnd();
+    QCOMPARE(title(page), QStringLiteral("Finishing"));
+    QCOMPARE(bar->value(), 100);
+}
+
+void BurnAudioTest::failureTellsItsReason()
+{
+    AudioPage page;
+    page.add({page.drive.storeSource(QStringLiteral("nonsense.mp3"), "no sound")});
+    page.control<QLabel>("progressLabel")->setText(QStringLiteral("of an earlier burn"));
+    AlertRecorder alerts;
+    page.startBurn(alerts);
+    page.waitForEnd();
+    QCOMPARE(title(page), QStringLiteral("Failed"));
+    QVERIFY(
+        page.control<QGroupBox>("progressBox")->toolTip().contains(QStringLiteral("nonsense.mp3")));
+    QCOMPARE(page.control<QProgressBar>("progressIndicator")->value(), 0);
+    QCOMPARE(page.control<QLabel>("progressLabel")->text(), QString());
+    QVERIFY2(page.drive.device().mediaIsBlank(), "nothing was written");
+    QVERIFY(!page.drive.device().mediaIsReserved());
+}
+
+void BurnAudioTest::lateEndLeavesTheNewerBurnAlone()
+{
+    AudioPage page;
+    const auto slow = std::make_shared<SteppedRecorder>();
+    const auto newer = std::make_shared<SteppedRecorder>();
+    page.use(slow);
+    page.drive.service().attach(newer);
+    auto *devices = page.control<QComboBox>("devicesPopUp");
+    QTRY_COMPARE(devices->count(), 2);
+    page.add({page.track(QStringLiteral("a.wav"))});
+    AlertRecorder alerts;
+    page.startBurn(alerts);
+    QTRY_VERIFY_WITH_TIMEOUT(slow->hasBegun(), AudioPage::patience);
+    page.stopBurn(alerts);
+    devices->setCurrentIndex(1);
+    page.startBurn(alerts);
+    newer->enter(DRStatusStateTrackWrite);
+    QTRY_COMPARE_WITH_TIMEOUT(title(page), QStringLiteral("Write"), AudioPage::patience);
+    slow->fail(QStringLiteral("ended late"));
+    QTRY_VERIFY_WITH_TIMEOUT(!slow->isReserved(), AudioPage::patience);
+    QCOMPARE(title(page), QStringLiteral("Write"));
+    QCOMPARE(enabledInputs(page), 0);
+    QVERIFY(page.control<QWidget>("stopButton")->isVisible());
+    QVERIFY(Session::isWorking());
+    QVERIFY(newer->isReserved());
+    newer->end();
+    page.waitForEnd();
+    QVERIFY(!newer->isReserved());
+}
+
+void BurnAudioTest::heldRecorderStaysSilent()
+{
+    AudioPage page;
+    page.add({page.track(QStringLiteral("a.wav"))});
+    RecorderLock otherProgram(page.drive.recorder().folder() + QStringLiteral("/lock"));
+    QVERIFY(otherProgram.acquire());
+    AlertRecorder alerts;
+    page.startBurn(alerts);
+    QCoreApplication::processEvents();
+    QCOMPARE(enabledInputs(page), 0);
+    QVERIFY(page.control<QWidget>("stopButton")->isVisible());
+    QVERIFY(!page.page->hasRunningJob());
+    QVERIFY(page.drive.device().mediaIsBlank());
+    QVERIFY(!page.drive.device().mediaIsReserved());
+    page.stopBurn(alerts);
+    QCOMPARE(enabledInputs(page), 1);
+}
+
+void BurnAudioTest::discNamesItsTracksInTwoLanguages()
+{
+    AudioPage page;
+    page.add({page.track(QStringLiteral("a.wav"), 4), page.track(QStringLiteral("b.wav"), 5)});
+    page.openEditor();
+    page.writeTitles(QStringLiteral("Two"), {QStringLiteral("High"), QStringLiteral("Low")});
+    page.addLanguage(QStringLiteral("German"));
+    page.writeTitles(QStringLiteral("Zwei"), {QStringLiteral("Höhe"), QStringLiteral("Tiefe")});
+    page.click("saveButton");
+    page.control<QCheckBox>("verifyCheckBox")->setChecked(true);
+    AlertRecorder alerts;
+    page.startBurn(alerts);
+    page.waitForEnd();
+    QCOMPARE(title(page), QStringLiteral("Finishing"));
+    QVERIFY(
+        !RecorderLock::isHeldElsewhere(page.drive.recorder().folder() + QStringLiteral("/lock")));
+    PackTools::Reader reader(
+        fileContent(page.drive.mediumFile(QStringLiteral("disc.cdt"))).chopped(1));
+    const auto titles = [&reader](int block) {
+        QStringList list;
+        if (reader.select(block))
+            for (int track = 0; track <= 2; ++track)
+                list.append(reader.text(CDTEXT_FIELD_TITLE, track));
+        return list.join(u' ');
+    };
+    QCOMPARE(titles(0), QStringLiteral("Two High Low"));
+    QCOMPARE(titles(1), QStringLiteral("Zwei Höhe Tiefe"));
+}
+
+MAPLORN_WINDOW_TEST_MAIN(BurnAudioTest)
+#include "BurnAudioTest.moc"

@@ -25,13 +25,12 @@ Failure fileFailure(const QByteArray &path, int error)
     return Failure{QStringLiteral("%1: %2").arg(QFile::decodeName(path), qt_error_string(error))};
 }
 
-Result<QByteArray> realPath(const QString &path)
+Result<QByteArray> realPath(const QByteArray &path)
 {
-    const QByteArray name = QFile::encodeName(path);
-    const std::unique_ptr<char, decltype(&std::free)> found(::realpath(name.constData(), nullptr),
+    const std::unique_ptr<char, decltype(&std::free)> found(::realpath(path.constData(), nullptr),
                                                             &std::free);
     if (!found)
-        return fileFailure(name, errno);
+        return fileFailure(path, errno);
     return QByteArray(found.get());
 }
 

@@ -40,7 +40,7 @@ private:
 };
 
 // The absolute path without links on the way, since sources are never opened through a link.
-[[nodiscard]] Result<QByteArray> realPath(const QString &path);
+[[nodiscard]] Result<QByteArray> realPath(const QByteArray &path);
 
 // "file: reason", with the system's text for an errno.
 [[nodiscard]] Failure fileFailure(const QByteArray &path, int error);

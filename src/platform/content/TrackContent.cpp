@@ -3,6 +3,8 @@
 #include "SourceFile.h"
 #include "TrackPass.h"
 
+#include <QFile>
+
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
@@ -14,8 +16,9 @@ constexpr qint64 pageSize = 4096; // bytes
 class Writer : public TrackSink
 {
 public:
-    explicit Writer(int descriptor)
+    Writer(int descriptor, const QByteArray &path)
         : m_descriptor(descriptor)
+        , m_path(path)
     {
     }
 
@@ -26,7 +29,7 @@ public:
             if (put < 0 && errno == EINTR)
                 continue;
             if (put <= 0)
-                return Failure{qt_error_string(put < 0 ? errno : ENOSPC)};
+                return failure(put < 0 ? errno : ENOSPC);
             data += put;
             start += put;
             length -= put;
@@ -52,6 +55,11 @@ public:
         return got ? bytes(start + copied, m_buffer.get(), length - copied) : got;
     }
 
+    [[nodiscard]] Failure failure(int error) const
+    {
+        return m_path.isEmpty() ? Failure{qt_error_string(error)} : fileFailure(m_path, error);
+    }
+
 private:
     qint64 copyInKernel(qint64 start, const SourceFile &file, qint64 offset, qint64 length) const
     {
@@ -68,6 +76,7 @@ private:
     }
 
     const int m_descriptor;
+    const QByteArray m_path;
     std::unique_ptr<char[]> m_buffer; // made only where the kernel does not copy
 };
 
@@ -139,7 +148,7 @@ TrackContent::TrackContent(QList<Extent> extents, qint64 blockCount)
 
 Result<TrackContent> TrackContent::fromImageFile(const QString &path)
 {
-    Result<QByteArray> file = realPath(path);
+    Result<QByteArray> file = realPath(QFile::encodeName(path));
     if (!file)
         return file.failure();
     Extent extent;
@@ -159,9 +168,15 @@ Result<TrackContent> TrackContent::fromImageFile(const QString &path)
 
 Result<> TrackContent::writeTo(int fileDescriptor, const Advance &advance) const
 {
+    return writeToPath({}, fileDescriptor, advance);
+}
+
+Result<> TrackContent::writeToPath(const QByteArray &path, int fileDescriptor,
+                                   const Advance &advance) const
+{
+    Writer writer(fileDescriptor, path);
     if (::ftruncate(fileDescriptor, byteCount()) != 0)
-        return Failure{qt_error_string(errno)};
-    Writer writer(fileDescriptor);
+        return writer.failure(errno);
     return TrackPass(writer, advance).run(m_extents, byteCount());
 }
 

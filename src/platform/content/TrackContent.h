@@ -51,6 +51,10 @@ public:
     // a source is missing, unreadable, or no longer what it was when the extents were made.
     [[nodiscard]] Result<> writeTo(int fileDescriptor, const Advance &advance) const;
 
+    // The same, and the failure names path when it is the file that cannot be written.
+    [[nodiscard]] Result<> writeToPath(const QByteArray &path, int fileDescriptor,
+                                       const Advance &advance) const;
+
     // Compares the track with what a file holds from its start, byte by byte. Fails with the
     // position of the first difference, or naming the source that changed.
     [[nodiscard]] Result<> compareWith(int fileDescriptor, const Advance &advance) const;

@@ -27,7 +27,7 @@ struct Extent
     QByteArray path;       // the file that holds the content, in the encoding of the file system
     qint64 fileOffset = 0; // byte position in that file
     qint64 fileSize = 0;   // size that the whole file must still have, bytes
-    qint64 modified = 0;   // time of change that it must still have, seconds since 1970
+    qint64 modified = 0;   // time of change that it must still have, see changeTime()
 };
 
 class TrackContent

@@ -117,6 +117,24 @@ QByteArray TreeTools::run(const QByteArrayList &command)
     return process.readAllStandardOutput();
 }
 
+QByteArray TreeTools::cutHfsVolume(const QByteArray &image)
+{
+    const QByteArray said = run({"xorriso", "-indev", image, "-report_system_area", "plain"});
+    QByteArray number;
+    for (const QByteArray &line : said.split('\n')) {
+        const QByteArrayList words = line.simplified().split(' ');
+        if (line.startsWith("APM partition type") && words.last() == "Apple_HFS")
+            number = words.at(4);
+        if (!line.startsWith("APM start and size") || words.value(5) != number)
+            continue;
+        const QByteArray volume = image + ".hfs";
+        const QByteArray cut = run({"dd", "if=" + image, "of=" + volume, "bs=512", "status=none",
+                                    "conv=sparse", "skip=" + words.at(6), "count=" + words.at(7)});
+        return cut.isEmpty() ? volume : QByteArray();
+    }
+    return {};
+}
+
 QByteArrayList TreeTools::listing(const QByteArray &folder)
 {
     QByteArrayList lines;

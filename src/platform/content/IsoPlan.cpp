@@ -1,5 +1,6 @@
 #include "IsoPlan.h"
 
+#include "IsoOptions.h"
 #include "TrackContent.h"
 
 #include <QTextBoundaryFinder>
@@ -80,27 +81,6 @@ private:
     std::array<char, 6> m_loss = std::to_array("SORRY");
 };
 
-Options makeOptions(IsoKind kind)
-{
-    IsoWriteOpts *options = nullptr;
-    if (iso_write_opts_new(&options, 0) < 0)
-        return nullptr;
-    iso_write_opts_set_iso_level(options, 3); // files of 4 GiB and more
-    iso_write_opts_set_rockridge(options, 1);
-    iso_write_opts_set_joliet(options, 1);
-    iso_write_opts_set_joliet_long_names(options, 1);
-    iso_write_opts_set_joliet_utf16(options, 1); // names beyond UCS-2, as their readers take them
-    iso_write_opts_set_joliet_longer_paths(options, 1);
-    iso_write_opts_set_allow_deep_paths(options, 1);
-    iso_write_opts_set_allow_longer_paths(options, 1);
-    iso_write_opts_set_hfsplus(options, kind == IsoKind::Hybrid ? 1 : 0);
-    iso_write_opts_set_output_charset(options, "UTF-8");
-    // Systems read ahead into the run-out blocks of a track written at once, which cannot be read,
-    // and give up what comes before: 150 blocks of zeros keep the files away from them.
-    iso_write_opts_set_tail_blocks(options, 150);
-    return Options(options);
-}
-
 // libisofs cuts the name to the lengths of ISO 9660's fields without regard to accents, so it is
 // composed here; and not at all to that of HFS+, where it is decomposed.
 QString shortened(const QString &volumeName)
@@ -130,7 +110,9 @@ Result<QByteArray> readMetadata(burn_source *source, qint64 length)
 
 Result<IsoPlan> planOf(Library &library, IsoImage *image, IsoKind kind)
 {
-    const Options options = makeOptions(kind);
+    const Options options(IsoOptions::make(kind));
+    if (!options)
+        return Failure{QString::fromUtf8(iso_error_to_msg(ISO_OUT_OF_MEM))};
     burn_source *started = nullptr;
     const int result = iso_image_create_burn_source(image, options.get(), &started);
     const Source source(started);

@@ -49,7 +49,7 @@ void HfsVolume::readNode(qint64 node, qint64 size, QList<Entry> &entries) const
         entry.number = number(data + 8);
         entry.folder = type == 1;
         if (!entry.folder) {
-            entry.size = number(data + 88 + 4);
+            entry.size = qint64(number(data + 88)) << 32 | number(data + 88 + 4);
             entry.start = extent(data + 88).first;
         }
         entries.append(entry);

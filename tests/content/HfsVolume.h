@@ -19,7 +19,7 @@ public:
         qint64 start = 0; // byte position in the volume
     };
 
-    // The bytes of a whole volume.
+    // The bytes of a whole volume, or of its start up to the end of the catalog.
     explicit HfsVolume(QByteArray bytes)
         : m_bytes(std::move(bytes))
     {
@@ -41,7 +41,7 @@ public:
     [[nodiscard]] QString volumeName() const { return entries().value(0).name; }
 
 private:
-    [[nodiscard]] quint32 number(qint64 at, int bytes = 4) const;
+    [[nodiscard]] quint32 number(qint64 at, int bytes = 4) const;      // up to 4 bytes
     [[nodiscard]] std::pair<qint64, qint64> extent(qint64 fork) const; // start and length, bytes
     void readNode(qint64 node, qint64 size, QList<Entry> &entries) const;
 

@@ -128,8 +128,12 @@ QByteArray TreeTools::cutHfsVolume(const QByteArray &image)
         if (!line.startsWith("APM start and size") || words.value(5) != number)
             continue;
         const QByteArray volume = image + ".hfs";
-        const QByteArray cut = run({"dd", "if=" + image, "of=" + volume, "bs=512", "status=none",
-                                    "conv=sparse", "skip=" + words.at(6), "count=" + words.at(7)});
+        const auto bytes = [](const QByteArray &units) {
+            return QByteArray::number(units.toLongLong() * 512);
+        };
+        const QByteArray cut = run({"dd", "if=" + image, "of=" + volume, "bs=1M", "status=none",
+                                    "conv=sparse", "iflag=skip_bytes,count_bytes,fullblock",
+                                    "skip=" + bytes(words.at(6)), "count=" + bytes(words.at(7))});
         return cut.isEmpty() ? volume : QByteArray();
     }
     return {};

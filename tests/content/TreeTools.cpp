@@ -32,6 +32,23 @@ QString pass(const TrackContent &content, const QByteArray &name, QIODevice::Ope
     return done.error();
 }
 
+// Leaves the holes out, so that four gigabytes of them cost no time.
+void copyPart(const QByteArray &from, const QByteArray &to, qint64 start, qint64 length)
+{
+    QFile source(QFile::decodeName(from));
+    QFile copy(QFile::decodeName(to));
+    QVERIFY(source.open(QIODevice::ReadOnly));
+    QVERIFY(copy.open(QIODevice::ReadWrite | QIODevice::Truncate));
+    QVERIFY(copy.resize(length));
+    const off_t end = start + length;
+    for (off_t at = start; (at = ::lseek(source.handle(), at, SEEK_DATA)) >= 0 && at < end;) {
+        const off_t hole = std::min(::lseek(source.handle(), at, SEEK_HOLE), end);
+        QVERIFY(source.seek(at) && copy.seek(at - start));
+        QCOMPARE(copy.write(source.read(hole - at)), qint64(hole - at));
+        at = hole;
+    }
+}
+
 QByteArray fileLine(const QByteArray &bytes)
 {
     return " " + QByteArray::number(bytes.size()) + " "
@@ -128,13 +145,8 @@ QByteArray TreeTools::cutHfsVolume(const QByteArray &image)
         if (!line.startsWith("APM start and size") || words.value(5) != number)
             continue;
         const QByteArray volume = image + ".hfs";
-        const auto bytes = [](const QByteArray &units) {
-            return QByteArray::number(units.toLongLong() * 512);
-        };
-        const QByteArray cut = run({"dd", "if=" + image, "of=" + volume, "bs=1M", "status=none",
-                                    "conv=sparse", "iflag=skip_bytes,count_bytes,fullblock",
-                                    "skip=" + bytes(words.at(6)), "count=" + bytes(words.at(7))});
-        return cut.isEmpty() ? volume : QByteArray();
+        copyPart(image, volume, words.at(6).toLongLong() * 512, words.at(7).toLongLong() * 512);
+        return volume;
     }
     return {};
 }

@@ -31,6 +31,10 @@ void setMode(const QByteArray &path, unsigned mode);
 // What a program prints; what it says of its failure begins with "failed".
 [[nodiscard]] QByteArray run(const QByteArrayList &command);
 
+// The HFS+ volume of an image, which lies where its partition map says, as a file of its own; empty
+// where the image has none.
+[[nodiscard]] QByteArray cutHfsVolume(const QByteArray &image);
+
 // One line for everything below a folder: path, kind, link target, size and content.
 [[nodiscard]] QByteArrayList listing(const QByteArray &folder);
 

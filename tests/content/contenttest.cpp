@@ -1,5 +1,6 @@
 #include "TestMain.h"
 
+#include "SourceFile.h"
 #include "TrackContent.h"
 #include "TreeTools.h"
 
@@ -22,7 +23,7 @@ Extent pieceOf(const QByteArray &path, qint64 start, qint64 offset, qint64 lengt
     struct stat status = {};
     if (::stat(path.constData(), &status) != 0)
         qFatal("%s is not there", path.constData());
-    return {start, length, {}, path, offset, status.st_size, status.st_mtim.tv_sec};
+    return {start, length, {}, path, offset, status.st_size, changeTime(status)};
 }
 
 constexpr qint64 block = TrackContent::blockSize;

@@ -13,7 +13,7 @@
 class PcmReader
 {
 public:
-    static constexpr qint64 mostBuffered = 96LL * 1024 * 1024; // bytes
+    static constexpr qint64 mostBuffered = 64LL * 1024 * 1024; // bytes
 
     PcmReader(const QList<AudioSource> &sources, const std::stop_token &stop);
     ~PcmReader(); // ends its threads promptly

@@ -142,7 +142,7 @@ Result<> FolderScan::scanFolder(const Pending &pending)
                 QFile::decodeName(m_folder + path), QString::fromUtf8(iso_error_to_msg(result)))};
         setAttributes(node, entry.status);
         if (S_ISREG(entry.status.st_mode))
-            m_files.insert(path, {entry.status.st_size, entry.status.st_mtim.tv_sec});
+            m_files.insert(path, {entry.status.st_size, changeTime(entry.status)});
         else if (S_ISDIR(entry.status.st_mode))
             m_pending.append({path, reinterpret_cast<IsoDir *>(node)});
     }

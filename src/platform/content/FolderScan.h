@@ -20,7 +20,7 @@ struct Iso_Node;
 struct ScannedFile
 {
     qint64 size = 0;
-    qint64 modified = 0; // seconds since 1970
+    qint64 modified = 0; // see changeTime()
 };
 
 class FolderScan

@@ -1,8 +1,11 @@
 #include "IsoImage.h"
 
+#include "HfsPlusTail.h"
 #include "IsoDirectory.h"
 #include "IsoPlan.h"
 #include "SourceFile.h"
+
+#include <QFile>
 
 #include <algorithm>
 
@@ -15,7 +18,7 @@ Failure inconsistent()
 
 // The metadata, and the sections of the files behind them. The folder's path is one to which a
 // file's path can be added.
-Result<TrackContent> makeContent(const IsoPlan &plan, const QByteArray &folder)
+Result<QList<Extent>> makeExtents(const IsoPlan &plan, const QByteArray &folder)
 {
     Result<QList<IsoSection>> sections = IsoDirectory::sections(plan.metadata);
     if (!sections)
@@ -47,7 +50,7 @@ Result<TrackContent> makeContent(const IsoPlan &plan, const QByteArray &folder)
     }
     if (missing != 0)
         return inconsistent();
-    return TrackContent(std::move(extents), plan.blockCount);
+    return extents;
 }
 
 }
@@ -55,11 +58,27 @@ Result<TrackContent> makeContent(const IsoPlan &plan, const QByteArray &folder)
 Result<TrackContent> IsoImage::fromFolder(const QString &folder, const QString &volumeName,
                                           const std::stop_token &stop)
 {
+    return fromPath(QFile::encodeName(folder), volumeName, IsoKind::Iso, stop);
+}
+
+Result<TrackContent> IsoImage::fromPath(const QByteArray &folder, const QString &volumeName,
+                                        IsoKind kind, const std::stop_token &stop)
+{
     const Result<QByteArray> path = realPath(folder);
     if (!path)
         return path.failure();
-    const Result<IsoPlan> plan = IsoPlan::fromFolder(path.value(), volumeName, stop);
+    const Result<IsoPlan> plan = IsoPlan::fromFolder(path.value(), volumeName, kind, stop);
     if (!plan)
         return plan.failure();
-    return makeContent(plan.value(), path.value() == "/" ? QByteArray() : path.value());
+    Result<QList<Extent>> extents =
+        makeExtents(plan.value(), path.value() == "/" ? QByteArray() : path.value());
+    if (extents && kind == IsoKind::Hybrid) {
+        const Result<QList<Extent>> tail = HfsPlusTail::extents(plan.value().metadata);
+        if (!tail)
+            return tail.failure();
+        extents.value().append(tail.value());
+    }
+    if (!extents)
+        return extents.failure();
+    return TrackContent(std::move(extents.value()), plan.value().blockCount);
 }

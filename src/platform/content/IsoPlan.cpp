@@ -1,6 +1,9 @@
 #include "IsoPlan.h"
 
+#include "IsoOptions.h"
 #include "TrackContent.h"
+
+#include <QTextBoundaryFinder>
 
 #define LIBISOFS_WITHOUT_LIBBURN
 #include <algorithm>
@@ -78,25 +81,17 @@ private:
     std::array<char, 6> m_loss = std::to_array("SORRY");
 };
 
-// ISO 9660 with Rock Ridge and Joliet.
-Options makeOptions()
+// libisofs cuts the name to the lengths of ISO 9660's fields without regard to accents, so it is
+// composed here; and not at all to that of HFS+, where it is decomposed.
+QString shortened(const QString &volumeName)
 {
-    IsoWriteOpts *options = nullptr;
-    if (iso_write_opts_new(&options, 0) < 0)
-        return nullptr;
-    iso_write_opts_set_iso_level(options, 3); // files of 4 GiB and more
-    iso_write_opts_set_rockridge(options, 1);
-    iso_write_opts_set_joliet(options, 1);
-    iso_write_opts_set_joliet_long_names(options, 1);
-    iso_write_opts_set_joliet_utf16(options, 1); // names beyond UCS-2, as their readers take them
-    iso_write_opts_set_joliet_longer_paths(options, 1);
-    iso_write_opts_set_allow_deep_paths(options, 1);
-    iso_write_opts_set_allow_longer_paths(options, 1);
-    iso_write_opts_set_output_charset(options, "UTF-8");
-    // Systems read ahead into the run-out blocks of a track written at once, which cannot be read,
-    // and give up what comes before: 150 blocks of zeros keep the files away from them.
-    iso_write_opts_set_tail_blocks(options, 150);
-    return Options(options);
+    constexpr qsizetype longest = 255; // UTF-16 units
+    QString name = volumeName.normalized(QString::NormalizationForm_C).left(2 * longest);
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, name);
+    characters.toEnd();
+    while (name.normalized(QString::NormalizationForm_D).size() > longest)
+        name.truncate(std::max<qsizetype>(characters.toPreviousBoundary(), 0));
+    return name;
 }
 
 Result<QByteArray> readMetadata(burn_source *source, qint64 length)
@@ -113,9 +108,11 @@ Result<QByteArray> readMetadata(burn_source *source, qint64 length)
     return metadata;
 }
 
-Result<IsoPlan> planOf(Library &library, IsoImage *image)
+Result<IsoPlan> planOf(Library &library, IsoImage *image, IsoKind kind)
 {
-    const Options options = makeOptions();
+    const Options options(IsoOptions::make(kind));
+    if (!options)
+        return Failure{QString::fromUtf8(iso_error_to_msg(ISO_OUT_OF_MEM))};
     burn_source *started = nullptr;
     const int result = iso_image_create_burn_source(image, options.get(), &started);
     const Source source(started);
@@ -136,7 +133,7 @@ Result<IsoPlan> planOf(Library &library, IsoImage *image)
 }
 
 Result<IsoPlan> IsoPlan::fromFolder(const QByteArray &folder, const QString &volumeName,
-                                    const std::stop_token &stop)
+                                    IsoKind kind, const std::stop_token &stop)
 {
     std::unique_lock lock(libraryMutex, std::defer_lock);
     while (!lock.try_lock_for(std::chrono::milliseconds(50))) {
@@ -144,8 +141,7 @@ Result<IsoPlan> IsoPlan::fromFolder(const QByteArray &folder, const QString &vol
             return Failure{qt_error_string(ECANCELED)};
     }
     Library library;
-    // Composed, since libisofs cuts the name to its fields' lengths without regard to accents.
-    const QByteArray name = volumeName.normalized(QString::NormalizationForm_C).toUtf8();
+    const QByteArray name = shortened(volumeName).toUtf8();
     IsoImage *created = nullptr;
     const int result = iso_image_new(name.constData(), &created);
     if (const Result<> made = library.check(result); !made)
@@ -154,7 +150,7 @@ Result<IsoPlan> IsoPlan::fromFolder(const QByteArray &folder, const QString &vol
     FolderScan scan(stop);
     if (const Result<> scanned = scan.run(folder, iso_image_get_root(image.get())); !scanned)
         return scanned.failure();
-    Result<IsoPlan> plan = planOf(library, image.get());
+    Result<IsoPlan> plan = planOf(library, image.get(), kind);
     if (plan)
         plan.value().files = scan.files();
     return plan;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "FolderScan.h"
+#include "IsoKind.h"
 
 #include <QString>
 
@@ -14,6 +15,7 @@ struct IsoPlan
 
     // The folder is an absolute path without links. Fails, naming the file, when a file or folder
     // cannot be read, and when stopped.
-    [[nodiscard]] static Result<IsoPlan>
-    fromFolder(const QByteArray &folder, const QString &volumeName, const std::stop_token &stop);
+    [[nodiscard]] static Result<IsoPlan> fromFolder(const QByteArray &folder,
+                                                    const QString &volumeName, IsoKind kind,
+                                                    const std::stop_token &stop);
 };

@@ -25,13 +25,18 @@ Failure fileFailure(const QByteArray &path, int error)
     return Failure{QStringLiteral("%1: %2").arg(QFile::decodeName(path), qt_error_string(error))};
 }
 
-Result<QByteArray> realPath(const QString &path)
+qint64 changeTime(const struct stat &status)
 {
-    const QByteArray name = QFile::encodeName(path);
-    const std::unique_ptr<char, decltype(&std::free)> found(::realpath(name.constData(), nullptr),
+    return static_cast<qint64>(static_cast<quint64>(status.st_mtim.tv_sec) * 1'000'000'000
+                               + static_cast<quint64>(status.st_mtim.tv_nsec));
+}
+
+Result<QByteArray> realPath(const QByteArray &path)
+{
+    const std::unique_ptr<char, decltype(&std::free)> found(::realpath(path.constData(), nullptr),
                                                             &std::free);
     if (!found)
-        return fileFailure(name, errno);
+        return fileFailure(path, errno);
     return QByteArray(found.get());
 }
 
@@ -74,7 +79,7 @@ Result<> SourceFile::checkFirst(const Extent &extent)
     if (::fstat(m_descriptor, &m_first) != 0)
         return fileFailure(m_path, errno);
     if (!S_ISREG(m_first.st_mode) || m_first.st_size != extent.fileSize
-        || m_first.st_mtim.tv_sec != extent.modified)
+        || changeTime(m_first) != extent.modified)
         return changed(m_path);
     return Done{};
 }
@@ -106,8 +111,7 @@ Result<> SourceFile::checkUnchanged() const
     struct stat now = {};
     if (::fstat(m_descriptor, &now) != 0)
         return fileFailure(m_path, errno);
-    if (now.st_size != m_first.st_size || now.st_mtim.tv_sec != m_first.st_mtim.tv_sec
-        || now.st_mtim.tv_nsec != m_first.st_mtim.tv_nsec)
+    if (now.st_size != m_first.st_size || changeTime(now) != changeTime(m_first))
         return changed(m_path);
     return Done{};
 }

@@ -39,8 +39,12 @@ private:
     struct stat m_first = {};
 };
 
+// When a file was last written to, nanoseconds since 1970; for comparing only, since years that are
+// far away give the number of another one.
+[[nodiscard]] qint64 changeTime(const struct stat &status);
+
 // The absolute path without links on the way, since sources are never opened through a link.
-[[nodiscard]] Result<QByteArray> realPath(const QString &path);
+[[nodiscard]] Result<QByteArray> realPath(const QByteArray &path);
 
 // "file: reason", with the system's text for an errno.
 [[nodiscard]] Failure fileFailure(const QByteArray &path, int error);

@@ -1,75 +1,17 @@
 #include "TrackContent.h"
 
+#include "ParallelPass.h"
 #include "SourceFile.h"
 #include "TrackPass.h"
+#include "TrackWriter.h"
+
+#include <QFile>
 
 #include <cerrno>
 #include <cstring>
 #include <unistd.h>
 
 namespace {
-
-constexpr qint64 pageSize = 4096; // bytes
-
-class Writer : public TrackSink
-{
-public:
-    explicit Writer(int descriptor)
-        : m_descriptor(descriptor)
-    {
-    }
-
-    Result<> bytes(qint64 start, const char *data, qint64 length) override
-    {
-        while (length > 0) {
-            const ssize_t put = ::pwrite(m_descriptor, data, static_cast<size_t>(length), start);
-            if (put < 0 && errno == EINTR)
-                continue;
-            if (put <= 0)
-                return Failure{qt_error_string(put < 0 ? errno : ENOSPC)};
-            data += put;
-            start += put;
-            length -= put;
-        }
-        return Done{};
-    }
-
-    // The output got its whole length before, and what is not written in it reads as zeros.
-    Result<> zeros(qint64 /*start*/, qint64 /*length*/) override { return Done{}; }
-
-    Result<> piece(qint64 start, const SourceFile &file, qint64 offset, qint64 length) override
-    {
-        // Where the pages of the two files do not match, the kernel takes longer than we.
-        const bool pagesMatch = (start - offset) % pageSize == 0;
-        const qint64 copied = pagesMatch ? copyInKernel(start, file, offset, length) : 0;
-        if (copied == length)
-            return Done{};
-        // Refused between these file systems, at the end of a file that shrank, or failed: reading
-        // and writing by turns goes on where that is possible, and tells which side failed.
-        if (!m_buffer)
-            m_buffer.reset(new char[TrackPass::chunkSize]);
-        const Result<> got = file.read(m_buffer.get(), offset + copied, length - copied);
-        return got ? bytes(start + copied, m_buffer.get(), length - copied) : got;
-    }
-
-private:
-    qint64 copyInKernel(qint64 start, const SourceFile &file, qint64 offset, qint64 length) const
-    {
-        off_t from = offset;
-        off_t to = start;
-        const off_t end = offset + length;
-        while (from < end) {
-            const ssize_t copied = ::copy_file_range(file.descriptor(), &from, m_descriptor, &to,
-                                                     static_cast<size_t>(end - from), 0);
-            if (copied == 0 || (copied < 0 && errno != EINTR))
-                break;
-        }
-        return from - offset;
-    }
-
-    const int m_descriptor;
-    std::unique_ptr<char[]> m_buffer; // made only where the kernel does not copy
-};
 
 class Comparer : public TrackSink
 {
@@ -139,7 +81,7 @@ TrackContent::TrackContent(QList<Extent> extents, qint64 blockCount)
 
 Result<TrackContent> TrackContent::fromImageFile(const QString &path)
 {
-    Result<QByteArray> file = realPath(path);
+    Result<QByteArray> file = realPath(QFile::encodeName(path));
     if (!file)
         return file.failure();
     Extent extent;
@@ -150,7 +92,7 @@ Result<TrackContent> TrackContent::fromImageFile(const QString &path)
     if (!S_ISREG(status.st_mode) || status.st_size == 0)
         return Failure{QStringLiteral("%1: not a disc image").arg(path)};
     extent.length = extent.fileSize = status.st_size;
-    extent.modified = status.st_mtim.tv_sec;
+    extent.modified = changeTime(status);
     if (const Result<SourceFile> readable = SourceFile::open(extent); !readable)
         return readable.failure();
     const qint64 blockCount = (extent.length + blockSize - 1) / blockSize;
@@ -161,12 +103,23 @@ Result<> TrackContent::writeTo(int fileDescriptor, const Advance &advance) const
 {
     if (::ftruncate(fileDescriptor, byteCount()) != 0)
         return Failure{qt_error_string(errno)};
-    Writer writer(fileDescriptor);
-    return TrackPass(writer, advance).run(m_extents, byteCount());
+    TrackWriter writer(fileDescriptor, {}, TrackWriter::Way::KernelCopies);
+    return TrackPass(writer, advance).run(m_extents, 0, byteCount());
+}
+
+Result<> TrackContent::writeToPath(const QByteArray &path, int fileDescriptor,
+                                   const Advance &advance) const
+{
+    if (::ftruncate(fileDescriptor, byteCount()) != 0)
+        return fileFailure(path, errno);
+    return ParallelPass(m_extents, byteCount(), advance).run([&] {
+        return std::make_unique<TrackWriter>(fileDescriptor, path,
+                                             TrackWriter::Way::ReadsAndWrites);
+    });
 }
 
 Result<> TrackContent::compareWith(int fileDescriptor, const Advance &advance) const
 {
     Comparer comparer(fileDescriptor);
-    return TrackPass(comparer, advance).run(m_extents, byteCount());
+    return TrackPass(comparer, advance).run(m_extents, 0, byteCount());
 }

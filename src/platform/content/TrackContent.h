@@ -27,7 +27,7 @@ struct Extent
     QByteArray path;       // the file that holds the content, in the encoding of the file system
     qint64 fileOffset = 0; // byte position in that file
     qint64 fileSize = 0;   // size that the whole file must still have, bytes
-    qint64 modified = 0;   // time of change that it must still have, seconds since 1970
+    qint64 modified = 0;   // time of change that it must still have, see changeTime()
 };
 
 class TrackContent
@@ -50,6 +50,10 @@ public:
     // Writes the track into an empty regular file, byteCount() bytes. Fails, naming the file, when
     // a source is missing, unreadable, or no longer what it was when the extents were made.
     [[nodiscard]] Result<> writeTo(int fileDescriptor, const Advance &advance) const;
+
+    // The same, and the failure names path when it is the file that cannot be written.
+    [[nodiscard]] Result<> writeToPath(const QByteArray &path, int fileDescriptor,
+                                       const Advance &advance) const;
 
     // Compares the track with what a file holds from its start, byte by byte. Fails with the
     // position of the first difference, or naming the source that changed.

@@ -40,8 +40,9 @@ TrackPass::TrackPass(TrackSink &sink, const Advance &advance)
 {
 }
 
-Result<> TrackPass::run(const QList<Extent> &extents, qint64 byteCount)
+Result<> TrackPass::run(const QList<Extent> &extents, qint64 from, qint64 to)
 {
+    m_start = from;
     for (const Extent &extent : extents) {
         Result<> done = addZerosUpTo(extent.start);
         if (done && extent.path.isEmpty())
@@ -53,7 +54,7 @@ Result<> TrackPass::run(const QList<Extent> &extents, qint64 byteCount)
         if (!done)
             return done;
     }
-    if (Result<> done = addZerosUpTo(byteCount); !done)
+    if (Result<> done = addZerosUpTo(to); !done)
         return done;
     return flush();
 }

@@ -1,6 +1,6 @@
-// One pass over a track from its start to its end: opens the sources, joins what is small into
-// large runs, and hands every byte of the track to a sink, in order. What the sink does with it
-// is writing or comparing. The thread that runs it.
+// One pass over a track, or a part of it, from its start to its end: opens the sources, joins what
+// is small into large runs, and hands every byte of the track to a sink, in order. What the sink
+// does with it is writing or comparing. The thread that runs it.
 #pragma once
 
 #include "TrackContent.h"
@@ -35,7 +35,8 @@ public:
 
     TrackPass(TrackSink &sink, const Advance &advance);
 
-    [[nodiscard]] Result<> run(const QList<Extent> &extents, qint64 byteCount);
+    // From a position to another one, which no extent crosses.
+    [[nodiscard]] Result<> run(const QList<Extent> &extents, qint64 from, qint64 to);
 
 private:
     [[nodiscard]] Result<> addZerosUpTo(qint64 position);

@@ -1,0 +1,264 @@
+// What maplorn-diskimage leaves behind when it is stopped, or when a source or the disk fails it:
+// the image that was there before, and nothing else.
+
+#include "DiskImageRun.h"
+#include "TestMain.h"
+
+#include <QScopeGuard>
+
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+
+using namespace TreeTools;
+
+namespace {
+
+// Whether the process has a file in that folder open, named or not, that has some content.
+bool writesIn(qint64 process, const QByteArray &folder)
+{
+    const QByteArray descriptors = "/proc/" + QByteArray::number(process) + "/fd/";
+    for (int i = 3; i < 64; ++i) {
+        const QByteArray name = descriptors + QByteArray::number(i);
+        std::array<char, 4096> target = {};
+        struct stat status = {};
+        if (::readlink(name.constData(), target.data(), target.size() - 1) > 0
+            && QByteArray(target.data()).startsWith(folder)
+            && ::stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode)
+            && status.st_blocks > 0)
+            return true;
+    }
+    return false;
+}
+
+}
+
+class DiskImageFailureTest : public QObject
+{
+    Q_OBJECT
+
+    [[nodiscard]] QByteArray path(const QByteArray &name) const { return m_run->path(name); }
+    void withoutNamelessFiles();
+    [[nodiscard]] bool onlyOldImage() const;
+
+    std::unique_ptr<DiskImageRun> m_run;
+    const QByteArrayList m_words{"makehybrid", "-ov", "-quiet", "-o", "out/old.iso", "source"};
+
+private Q_SLOTS:
+    void init();
+    void cleanup() { m_run.reset(); }
+
+    void signalled_data();
+    void signalled();
+    void ignoredSignalStaysIgnored();
+    void namedUntilComplete();
+    void shrinkingSource_data();
+    void shrinkingSource();
+    void unreadableSource();
+    void fullDisk_data();
+    void fullDisk();
+    void tooLargeAFile();
+    void folderThatCannotBeWrittenTo();
+};
+
+void DiskImageFailureTest::init()
+{
+    m_run = std::make_unique<DiskImageRun>();
+    makeFile(path("out/old.iso"), "the image that was there");
+}
+
+// LeakSanitizer and the order of libraries that AddressSanitizer wants are not the point here.
+void DiskImageFailureTest::withoutNamelessFiles()
+{
+    m_run->setEnvironment(QStringLiteral("LD_PRELOAD"), QStringLiteral(NO_NAMELESS_FILES));
+    m_run->setEnvironment(QStringLiteral("ASAN_OPTIONS"),
+                          QStringLiteral("verify_asan_link_order=0:detect_leaks=0"));
+}
+
+bool DiskImageFailureTest::onlyOldImage() const
+{
+    return m_run->names("out") == QByteArrayList{"old.iso"}
+           && readFile(path("out/old.iso")) == "the image that was there";
+}
+
+void DiskImageFailureTest::signalled_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<bool>("nameless");
+    QTest::newRow("SIGTERM") << SIGTERM << true;
+    QTest::newRow("SIGINT") << SIGINT << true;
+    QTest::newRow("SIGHUP") << SIGHUP << true;
+    QTest::newRow("SIGKILL") << SIGKILL << true;
+    QTest::newRow("SIGTERM, temporary name") << SIGTERM << false;
+    QTest::newRow("SIGKILL, temporary name") << SIGKILL << false;
+}
+
+void DiskImageFailureTest::signalled()
+{
+    QFETCH(int, signal);
+    QFETCH(bool, nameless);
+    if (!nameless)
+        withoutNamelessFiles();
+    const QByteArray content = noise(30'000'000);
+    for (int i = 0; i < 10; ++i)
+        makeFile(path("source/") + QByteArray::number(i), content);
+    QProcess process;
+    m_run->prepare(process, m_words);
+    process.start();
+    QVERIFY(process.waitForStarted());
+    const auto id = static_cast<pid_t>(process.processId());
+    while (!writesIn(id, path("out")) && process.state() == QProcess::Running)
+        process.waitForFinished(1);
+    ::kill(id, signal);
+    const DiskImageRun::Outcome outcome = DiskImageRun::finish(process);
+    if (signal != SIGKILL)
+        QVERIFY2(outcome.failedWith("out/old.iso: interrupted"), outcome.text().constData());
+    if (signal != SIGKILL || nameless) {
+        QVERIFY(onlyOldImage());
+        return;
+    }
+    // The one case in which something stays: it tells whose it is.
+    QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+    QCOMPARE(readFile(path("out/old.iso")), QByteArray("the image that was there"));
+    const QByteArrayList names = m_run->names("out");
+    QCOMPARE(names.size(), 2);
+    QVERIFY(names.first().startsWith(".maplorn-diskimage-") && names.first().endsWith(".part"));
+}
+
+// As nohup has it: who started the program said that it should go on.
+void DiskImageFailureTest::ignoredSignalStaysIgnored()
+{
+    const QByteArray content = noise(30'000'000);
+    for (int i = 0; i < 5; ++i)
+        makeFile(path("source/") + QByteArray::number(i), content);
+    QProcess process;
+    m_run->prepare(process, m_words);
+    process.setChildProcessModifier([] { std::signal(SIGHUP, SIG_IGN); });
+    process.start();
+    QVERIFY(process.waitForStarted());
+    const auto id = static_cast<pid_t>(process.processId());
+    while (!writesIn(id, path("out")) && process.state() == QProcess::Running)
+        process.waitForFinished(1);
+    ::kill(id, SIGHUP);
+    QCOMPARE(DiskImageRun::finish(process).text(), QByteArray("status 0, output , errors "));
+    QVERIFY(readFile(path("out/old.iso")).size() > 5 * content.size());
+}
+
+void DiskImageFailureTest::namedUntilComplete()
+{
+    withoutNamelessFiles();
+    makeFile(path("source/file"), "content");
+    const QByteArrayList refusing{"makehybrid", "-quiet", "-o", "out/old.iso", "source"};
+    QVERIFY(m_run->run(refusing).failedWith("old.iso: File exists"));
+    QVERIFY(onlyOldImage());
+    QCOMPARE(m_run->run(m_words).text(), QByteArray("status 0, output , errors "));
+    QCOMPARE(m_run->run({"makehybrid", "-quiet", "-o", "out/new.iso", "source"}).exitCode, 0);
+    QCOMPARE(m_run->names("out"), (QByteArrayList{"new.iso", "old.iso"}));
+    QCOMPARE(readFile(path("out/old.iso")).size(), readFile(path("out/new.iso")).size());
+}
+
+void DiskImageFailureTest::shrinkingSource_data()
+{
+    QTest::addColumn<bool>("hfs");
+    QTest::newRow("ISO") << false;
+    QTest::newRow("HFS+") << true;
+}
+
+// Shrinks from before the scan to the end, so that it does between the two whatever their times.
+void DiskImageFailureTest::shrinkingSource()
+{
+    QFETCH(bool, hfs);
+    makeFile(path("source/first"), noise(60'000'000));
+    makeFile(path("source/holiday.mkv"), noise(2'000'000));
+    std::atomic<bool> enough = false;
+    std::thread shrinking([&enough, file = path("source/holiday.mkv")] {
+        for (off_t size = 1'999'000; size > 1000 && !enough; size -= 10) {
+            if (::truncate(file.constData(), size) != 0)
+                return;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    });
+    QByteArrayList words = m_words;
+    if (hfs)
+        words.append("-hfs");
+    const DiskImageRun::Outcome outcome = m_run->run(words);
+    enough = true;
+    shrinking.join();
+    QVERIFY2(outcome.failedWith("source/holiday.mkv: the file has changed"),
+             outcome.text().constData());
+    QVERIFY(onlyOldImage());
+}
+
+void DiskImageFailureTest::unreadableSource()
+{
+    if (::geteuid() == 0)
+        QSKIP("the superuser reads everything");
+    makeFile(path("source/secret"), "1");
+    setMode(path("source/secret"), 0);
+    const DiskImageRun::Outcome outcome = m_run->run(m_words);
+    QVERIFY2(outcome.failedWith("source/secret: Permission denied"), outcome.text().constData());
+    QVERIFY(onlyOldImage());
+}
+
+void DiskImageFailureTest::fullDisk_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::addColumn<int>("count");
+    QTest::newRow("large file") << 9'000'000 << 1;
+    QTest::newRow("small files") << 50'000 << 100;
+}
+
+void DiskImageFailureTest::fullDisk()
+{
+    QFETCH(int, size);
+    QFETCH(int, count);
+    for (int i = 0; i < count; ++i)
+        makeFile(path("source/") + QByteArray::number(i), noise(size));
+    const QByteArray folder = path("out");
+    if (::mount("none", folder.constData(), "tmpfs", 0, "size=2m") != 0)
+        QSKIP("only the superuser makes a small file system");
+    const auto unmount = qScopeGuard([&folder] { ::umount2(folder.constData(), MNT_DETACH); });
+    makeFile(path("out/old.iso"), "the image that was there");
+    const DiskImageRun::Outcome outcome = m_run->run(m_words);
+    QVERIFY2(outcome.failedWith("out/old.iso: No space left on device"),
+             outcome.text().constData());
+    QVERIFY(onlyOldImage());
+    makeFile(path("out/other"), noise(1'500'000)); // the room is there again
+    QCOMPARE(readFile(path("out/other")).size(), qsizetype(1'500'000));
+}
+
+void DiskImageFailureTest::tooLargeAFile()
+{
+    makeFile(path("source/file"), noise(3'000'000));
+    QProcess process;
+    m_run->prepare(process, m_words);
+    process.setChildProcessModifier([] {
+        const rlimit limit = {1'000'000, 1'000'000};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    });
+    process.start();
+    const DiskImageRun::Outcome outcome = DiskImageRun::finish(process);
+    QVERIFY2(outcome.failedWith("out/old.iso: File too large"), outcome.text().constData());
+    QVERIFY(onlyOldImage());
+}
+
+void DiskImageFailureTest::folderThatCannotBeWrittenTo()
+{
+    if (::geteuid() == 0)
+        QSKIP("the superuser writes everywhere");
+    makeFile(path("source/file"), "1");
+    setMode(path("out"), 0500);
+    const DiskImageRun::Outcome outcome = m_run->run(m_words);
+    setMode(path("out"), 0700);
+    QVERIFY2(outcome.failedWith("out/old.iso: Permission denied"), outcome.text().constData());
+    QVERIFY(onlyOldImage());
+}
+
+MAPLORN_TEST_MAIN(DiskImageFailureTest)
+
+#include "DiskImageFailureTest.moc"

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <exception>
 
 namespace {
 
@@ -85,13 +86,8 @@ int run(const Arguments &arguments)
     return arguments.quiet ? 0 : print("created: " + arguments.output + '\n');
 }
 
-}
-
-int main(int argc, char **argv)
+int runWords(const QList<QByteArray> &words)
 {
-    QList<QByteArray> words;
-    for (int i = 1; i < argc; ++i)
-        words.append(QByteArray(argv[i]));
     const Result<Arguments> arguments = Arguments::parse(words);
     if (!arguments)
         return fail(arguments.error());
@@ -104,4 +100,16 @@ int main(int argc, char **argv)
         break;
     }
     return run(arguments.value());
+}
+
+}
+
+int main(int argc, char **argv)
+{
+    try {
+        return runWords(QList<QByteArray>(argv + 1, argv + argc));
+    } catch (const std::exception &error) { // no memory, no more threads
+        std::fprintf(stderr, "maplorn-diskimage: %s\n", error.what());
+        return 1;
+    }
 }

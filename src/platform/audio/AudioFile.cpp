@@ -14,7 +14,7 @@ std::optional<double> headerSeconds(const AudioInput &input)
 {
     const AVStream &stream = input.stream();
     if (stream.duration > 0 && stream.time_base.den > 0)
-        return static_cast<double>(stream.duration) * av_q2d(stream.time_base);
+        return static_cast<double>(stream.duration) * stream.time_base.num / stream.time_base.den;
     if (input.format().duration > 0)
         return static_cast<double>(input.format().duration) / AV_TIME_BASE;
     return {};
@@ -35,7 +35,8 @@ Result<double> AudioFile::duration(const QString &path, const std::stop_token &s
     if (!input)
         return input.failure();
     std::optional<double> seconds =
-        layout.seconds > 0 ? layout.seconds : headerSeconds(*input.value());
+        layout.ticks > 0 ? static_cast<double>(layout.ticks) / AudioLayout::ticksPerSecond
+                         : headerSeconds(*input.value());
     if (!seconds) {
         const Result<std::optional<qint64>> frames = LengthScan::outputFrames(*input.value());
         if (!frames)

@@ -23,7 +23,10 @@ AudioInput::AudioInput(FileBytes bytes, const AudioLayout &layout, std::stop_tok
     , m_layout(layout)
     , m_stop(std::move(stop))
     , m_packet(av_packet_alloc())
+    , m_size(m_layout.end - m_layout.begin)
 {
+    for (const AudioLayout::Gap &gap : m_layout.gaps)
+        m_size -= gap.end - gap.begin;
 }
 
 AudioInput::~AudioInput() = default;
@@ -38,16 +41,27 @@ Result<std::unique_ptr<AudioInput>> AudioInput::open(FileBytes bytes, const Audi
     return input;
 }
 
+qint64 AudioInput::readShown(void *to, qint64 length)
+{
+    qint64 offset = m_layout.begin + m_position;
+    qint64 end = m_layout.end;
+    for (const AudioLayout::Gap &gap : m_layout.gaps) {
+        if (offset < gap.begin) {
+            end = gap.begin;
+            break;
+        }
+        offset += gap.end - gap.begin;
+    }
+    const qint64 wanted = std::min(length, end - offset);
+    return wanted <= 0 ? 0 : m_bytes.read(offset, to, wanted);
+}
+
 int AudioInput::readBytes(void *input, uint8_t *to, int length)
 {
     auto &self = *static_cast<AudioInput *>(input);
     if (self.m_stop.stop_requested())
         return AVERROR_EXIT;
-    const qint64 left = self.m_layout.end - self.m_layout.begin - self.m_position;
-    const qint64 wanted = std::min<qint64>(length, left);
-    if (wanted <= 0)
-        return AVERROR_EOF;
-    const qint64 got = self.m_bytes.read(self.m_layout.begin + self.m_position, to, wanted);
+    const qint64 got = self.readShown(to, length);
     if (got <= 0)
         return got == 0 ? AVERROR_EOF : AVERROR(EIO);
     self.m_position += got;
@@ -57,12 +71,11 @@ int AudioInput::readBytes(void *input, uint8_t *to, int length)
 int64_t AudioInput::seekBytes(void *input, int64_t offset, int whence)
 {
     auto &self = *static_cast<AudioInput *>(input);
-    const qint64 size = self.m_layout.end - self.m_layout.begin;
     if ((whence & AVSEEK_SIZE) != 0)
-        return size;
+        return self.m_size;
     const int from = whence & ~AVSEEK_FORCE;
-    const qint64 base = from == SEEK_CUR ? self.m_position : from == SEEK_END ? size : 0;
-    if (offset > size - base || offset < -base)
+    const qint64 base = from == SEEK_CUR ? self.m_position : from == SEEK_END ? self.m_size : 0;
+    if (offset > self.m_size - base || offset < -base)
         return AVERROR(EINVAL);
     self.m_position = base + offset;
     return self.m_position;
@@ -115,7 +128,7 @@ QString AudioInput::checkStream() const
 
 bool AudioInput::isEndedByFile() const
 {
-    return m_layout.openEnded && m_position == m_layout.end - m_layout.begin;
+    return m_layout.openEnded && m_position == m_size;
 }
 
 Result<const AVPacket *> AudioInput::next()

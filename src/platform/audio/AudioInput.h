@@ -39,15 +39,18 @@ private:
     [[nodiscard]] QString checkStream() const; // why it cannot be used; empty when it can
     [[nodiscard]] bool isEndedByFile() const;
 
+    // Bytes from m_position on, fewer before a gap; 0 at the end.
+    [[nodiscard]] qint64 readShown(void *to, qint64 length);
     static int readBytes(void *input, uint8_t *to, int length);
     static int64_t seekBytes(void *input, int64_t offset, int whence);
 
     FileBytes m_bytes;
     const AudioLayout m_layout;
     const std::stop_token m_stop;
-    qint64 m_position = 0; // counted from m_layout.begin
+    qint64 m_position = 0; // in what the demuxer is shown
     AvHandle<AVIOContext> m_io;
     AvHandle<AVFormatContext> m_format;
     AvHandle<AVPacket> m_packet;
+    qint64 m_size = 0; // of what the demuxer is shown
     AVStream *m_stream = nullptr;
 };

@@ -26,6 +26,11 @@ const Rates &bitRates(int layer, bool isLowRate)
 // A decoder needs so many samples before the first good one, beyond what the encoder added.
 constexpr int decoderDelay = 529;
 
+std::optional<MpegNote> told(const MpegNote &note)
+{
+    return note.frames > 0 || note.bytes > 0 ? std::optional(note) : std::nullopt;
+}
+
 MpegNote xing(const uchar *from, const uchar *end)
 {
     MpegNote note;
@@ -44,7 +49,8 @@ MpegNote xing(const uchar *from, const uchar *end)
     if (encoder == "LAME" || encoder == "Lavf" || encoder == "Lavc") {
         const int start = next[21] << 4 | next[22] >> 4;
         const int finish = (next[22] & 0xF) << 8 | next[23];
-        note.padding = start + decoderDelay + qMax(0, finish - decoderDelay);
+        note.atStart = start + decoderDelay;
+        note.atEnd = qMax(0, finish - decoderDelay);
     }
     return note;
 }
@@ -78,21 +84,26 @@ std::optional<MpegHeader> MpegHeader::parse(const uchar *bytes)
     return header;
 }
 
+int MpegHeader::sideSize() const
+{
+    return isLowRate ? (isMono ? 9 : 17) : (isMono ? 17 : 32);
+}
+
 std::optional<MpegNote> MpegNote::at(FileBytes &bytes, qint64 offset, const MpegHeader &header)
 {
     const uchar *frame = header.layer == 3 ? bytes.at(offset, header.size) : nullptr;
     constexpr int longest = 120; // bytes of a note up to the encoder's name
     constexpr int vbriOffset = 36;
-    const int side = header.isLowRate ? (header.isMono ? 9 : 17) : (header.isMono ? 17 : 32);
+    const int side = header.sideSize();
     if (!frame || header.size < 4 + side + longest)
         return {};
     const QByteArrayView name(frame + 4 + side, 4);
     if (name == "Xing" || name == "Info")
-        return xing(frame + 4 + side, frame + header.size);
+        return told(xing(frame + 4 + side, frame + header.size));
     if (QByteArrayView(frame + vbriOffset, 4) != "VBRI")
         return {};
     MpegNote note;
     note.bytes = qFromBigEndian<quint32>(frame + vbriOffset + 10);
     note.frames = qFromBigEndian<quint32>(frame + vbriOffset + 14);
-    return note;
+    return told(note);
 }

@@ -17,16 +17,20 @@ struct MpegHeader
     bool isMono = false;
     bool isLowRate = false; // MPEG-2 or 2.5
 
+    [[nodiscard]] int sideSize() const; // bytes behind the four of the header, of layer III
+
     // Null for what is no header; so-called free formats, which tell no size, count as none.
     [[nodiscard]] static std::optional<MpegHeader> parse(const uchar *bytes);
 };
 
-// What a Xing, Info or VBRI header tells; the frame that holds it is no audio.
+// What a Xing, Info or VBRI header tells, frames or bytes at least; the frame that holds it is no
+// audio.
 struct MpegNote
 {
     qint64 frames = 0;  // 0 when not told
     qint64 bytes = 0;   // of the whole stream with this frame; 0 when not told
-    qint64 padding = 0; // samples at both ends that the encoder added
+    qint64 atStart = 0; // samples that the encoder and the decoder add
+    qint64 atEnd = 0;
 
     [[nodiscard]] static std::optional<MpegNote> at(FileBytes &bytes, qint64 offset,
                                                     const MpegHeader &header);

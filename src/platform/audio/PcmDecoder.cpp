@@ -1,8 +1,20 @@
 #include "PcmDecoder.h"
 
+#include "AmrFrame.h"
+
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
+#include <libavutil/samplefmt.h>
+}
+
+namespace {
+
+QString cannotConvert()
+{
+    return QStringLiteral("the audio cannot be converted");
+}
+
 }
 
 PcmDecoder::PcmDecoder(std::unique_ptr<AudioInput> input)
@@ -39,11 +51,36 @@ qint64 PcmDecoder::surplus() const
     return StereoConverter::framesFor(qMax(0, parameters.frame_size), parameters.sample_rate);
 }
 
-Result<> PcmDecoder::feed()
+// FFmpeg's decoders of AMR know no pauses, which phones write by the dozen.
+bool PcmDecoder::isPause(const AVPacket &packet) const
+{
+    const bool isWide = m_codec->codec_id == AV_CODEC_ID_AMR_WB;
+    return (isWide || m_codec->codec_id == AV_CODEC_ID_AMR_NB) && packet.size > 0
+           && packet.size == AmrFrame::size(*packet.data, isWide)
+           && AmrFrame::isPause(*packet.data, isWide);
+}
+
+bool PcmDecoder::addPause(QByteArray &to)
+{
+    av_frame_unref(m_frame.get());
+    m_frame->sample_rate = m_codec->sample_rate;
+    m_frame->format = m_codec->sample_fmt;
+    m_frame->nb_samples = m_codec->sample_rate / AmrFrame::perSecond;
+    return av_channel_layout_copy(&m_frame->ch_layout, &m_codec->ch_layout) >= 0
+           && av_frame_get_buffer(m_frame.get(), 0) >= 0
+           && av_samples_set_silence(m_frame->extended_data, 0, m_frame->nb_samples,
+                                     m_codec->ch_layout.nb_channels, m_codec->sample_fmt)
+                  >= 0
+           && m_converter.convert(*m_frame, to);
+}
+
+Result<> PcmDecoder::feed(QByteArray &to)
 {
     const Result<const AVPacket *> packet = m_input->next();
     if (!packet)
         return packet.failure();
+    if (packet.value() && isPause(*packet.value()))
+        return addPause(to) ? Result<>(Done{}) : m_input->failure(cannotConvert());
     if (avcodec_send_packet(m_codec.get(), packet.value()) < 0)
         return m_input->failure(AudioLayout::damaged());
     return Done{};
@@ -54,7 +91,7 @@ Result<bool> PcmDecoder::next(QByteArray &to)
     for (;;) {
         const int got = avcodec_receive_frame(m_codec.get(), m_frame.get());
         if (got == AVERROR(EAGAIN)) {
-            if (const Result<> fed = feed(); !fed)
+            if (const Result<> fed = feed(to); !fed)
                 return fed.failure();
             continue;
         }
@@ -64,7 +101,7 @@ Result<bool> PcmDecoder::next(QByteArray &to)
         if (!isEnd && (got < 0 || isSpoilt))
             return m_input->failure(AudioLayout::damaged());
         if (!(isEnd ? m_converter.finish(to) : m_converter.convert(*m_frame, to)))
-            return m_input->failure(QStringLiteral("the audio cannot be converted"));
+            return m_input->failure(cannotConvert());
         return !isEnd;
     }
 }

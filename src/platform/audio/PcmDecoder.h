@@ -23,7 +23,9 @@ public:
 private:
     explicit PcmDecoder(std::unique_ptr<AudioInput> input);
     [[nodiscard]] bool begin();
-    [[nodiscard]] Result<> feed();
+    [[nodiscard]] Result<> feed(QByteArray &to);
+    [[nodiscard]] bool isPause(const AVPacket &packet) const;
+    [[nodiscard]] bool addPause(QByteArray &to);
 
     std::unique_ptr<AudioInput> m_input;
     AvHandle<AVCodecContext> m_codec;

@@ -1,5 +1,7 @@
 #include "StereoConverter.h"
 
+#include <array>
+
 extern "C" {
 #include <libavutil/channel_layout.h>
 #include <libavutil/frame.h>
@@ -49,7 +51,10 @@ bool StereoConverter::begin(const AVFrame &frame)
                                          frame.sample_rate, 0, nullptr);
     av_channel_layout_uninit(&from);
     m_swr.reset(swr);
-    if (made >= 0 && swr_init(swr) >= 0)
+    // Left to itself the resampler makes one channel quieter before it gives it out twice.
+    constexpr std::array<double, 2> toBoth = {1, 1};
+    const bool isMono = frame.ch_layout.nb_channels == 1;
+    if (made >= 0 && (!isMono || swr_set_matrix(swr, toBoth.data(), 1) >= 0) && swr_init(swr) >= 0)
         return true;
     m_swr.reset();
     return false;

@@ -70,10 +70,12 @@ QByteArray SoundFiles::read(const QString &path)
     return file.readAll();
 }
 
-QByteArray SoundFiles::reference(const QString &path)
+QByteArray SoundFiles::reference(const QString &path, bool isMono)
 {
-    return ffmpeg(QStringList{QStringLiteral("-i"), path}
-                  + words(QStringLiteral("-f s16le -ac 2 -ar 44100 -")));
+    const QString filter = QStringLiteral(" -af pan=stereo|c0=c0|c1=c0 ");
+    return ffmpeg(
+        QStringList{QStringLiteral("-i"), path}
+        + words((isMono ? filter : QString()) + QStringLiteral("-f s16le -ac 2 -ar 44100 -")));
 }
 
 QByteArray SoundFiles::decode(const QString &path, QString *error)
@@ -97,6 +99,14 @@ QByteArray SoundFiles::decode(const QString &path, QString *error)
             return all;
         all.append(piece.constData(), got.value());
     }
+}
+
+bool SoundFiles::isLength(double seconds, qint64 blocks)
+{
+    constexpr double rounding = 1e-6;
+    const double sectors = seconds * 75;
+    return sectors > static_cast<double>(blocks) - 1 - rounding
+           && sectors < static_cast<double>(blocks) + rounding;
 }
 
 QByteArray SoundFiles::amr(int frames)

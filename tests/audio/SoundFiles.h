@@ -27,11 +27,15 @@ public:
     QString write(const QString &name, const QByteArray &bytes) const;
     [[nodiscard]] static QByteArray read(const QString &path);
 
-    // What the program makes of a file: 44.1 kHz, 16-bit, stereo.
-    [[nodiscard]] static QByteArray reference(const QString &path);
+    // What the program makes of a file: 44.1 kHz, 16-bit, stereo. One channel is copied to both,
+    // which it has to be told.
+    [[nodiscard]] static QByteArray reference(const QString &path, bool isMono = false);
 
     // What we make of it; the error goes to the second one, and is empty without one.
     [[nodiscard]] static QByteArray decode(const QString &path, QString *error);
+
+    // Whether a playing time in seconds is that of so many sectors, the last one begun counted.
+    [[nodiscard]] static bool isLength(double seconds, qint64 blocks);
 
     // Frames of AMR-NB at 12.2 kbit/s, with noise for content.
     [[nodiscard]] static QByteArray amr(int frames);

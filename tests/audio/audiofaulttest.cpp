@@ -38,6 +38,13 @@ QByteArray emptyHalf(QByteArray bytes)
     return bytes.replace(half, bytes.size() - half, QByteArray(bytes.size() - half, '\0'));
 }
 
+Spoil emptyEnd(qsizetype length)
+{
+    return [length](const QByteArray &bytes) -> QByteArray {
+        return bytes.chopped(length) + QByteArray(length, '\0');
+    };
+}
+
 Spoil hole(qsizetype length)
 {
     return [length](QByteArray bytes) {
@@ -116,6 +123,49 @@ void addMpegFaults()
     row("mp3 has rubbish in the middle", "a.mp3", "-write_xing 0 -id3v2_version 0", rubbish,
         damaged);
     row("mp3 has bytes put in", "a.mp3", "", insertion, damaged);
+    row("mp3 is empty from within a frame on", "a.mp3", "-write_xing 0 -id3v2_version 0",
+        emptyEnd(9900), damaged);
+}
+
+// Several in one file: none of them may get lost.
+void addJoinedFaults()
+{
+    const char *const untagged = "-id3v2_version 0";
+    const QByteArray tag = QByteArray("ID3\4\0\0\0\0\2\0", 10) + QByteArray(256, '\xFF');
+    const auto between = [](const QByteArray &what) {
+        return [what](const QByteArray &bytes) -> QByteArray { return bytes + what + bytes; };
+    };
+    row(
+        "second mp3 lacks bytes", "a.mp3", "",
+        [=](const QByteArray &bytes) -> QByteArray { return bytes + bytes.chopped(10); },
+        truncated);
+    row(
+        "second mp3 ends in its tag", "a.mp3", untagged,
+        [=](const QByteArray &bytes) -> QByteArray { return bytes + tag.chopped(10); }, truncated);
+    row(
+        "first mp3 lacks its last frame", "a.mp3", untagged,
+        [=](const QByteArray &bytes) -> QByteArray {
+            return bytes.first(bytes.lastIndexOf("\xFF\xFB")) + bytes;
+        },
+        truncated);
+    row(
+        "first mp3 lacks its last frame before a tag", "a.mp3", untagged,
+        [=](const QByteArray &bytes) -> QByteArray {
+            return bytes.first(bytes.lastIndexOf("\xFF\xFB")) + tag + bytes;
+        },
+        damaged);
+    row(
+        "first mp3 ends within a frame", "a.mp3", untagged,
+        [=](const QByteArray &bytes) -> QByteArray { return bytes.chopped(100) + tag + bytes; },
+        damaged);
+    row("zeros between two mp3", "a.mp3", untagged, between(QByteArray(3000, '\0')), damaged);
+    row("rubbish between two mp3", "a.mp3", untagged, between(QByteArray(3000, 'x')), damaged);
+    row("mp3 with zeros behind a tag in its middle", "a.mp3", "-id3v2_version 0 -write_xing 0",
+        between(tag + QByteArray(3000, '\0')), damaged);
+    row(
+        "mp3 with zeros behind its tag", "a.mp3", "-id3v2_version 0 -write_xing 0",
+        [=](const QByteArray &bytes) -> QByteArray { return tag + QByteArray(3000, '\0') + bytes; },
+        damaged);
 }
 
 }
@@ -164,6 +214,7 @@ void AudioFaultTest::refused_data()
         damaged);
     row("m4a is rubbish for 5000 bytes", "a.m4a", "-c:a aac", rubbish, damaged);
     addMpegFaults();
+    addJoinedFaults();
     row("m4a is protected", "a.m4a", "-c:a aac", patchAt("mp4a", 0, "drms"),
         "the file is protected against copying");
     row(
@@ -317,8 +368,8 @@ void AudioFaultTest::noAudio_data()
     QTest::newRow("playlist") << text("a.mp3") << QByteArray("#EXTM3U\n/etc/passwd\n");
     QTest::newRow("amr without frames") << text("a.amr") << QByteArray("#!AMR\n");
     QTest::newRow("amr that ends within a frame") << text("a.amr") << SoundFiles::amr(9).chopped(1);
-    QTest::newRow("amr with pauses")
-        << text("a.amr") << QByteArray(SoundFiles::amr(9) + QByteArray("\x44\0\0\0\0\0\x7C", 7));
+    QTest::newRow("amr that ends within a pause")
+        << text("a.amr") << QByteArray(SoundFiles::amr(9) + QByteArray("\x44\0\0", 3));
     QTest::newRow("amr with rubbish")
         << text("a.amr") << QByteArray(SoundFiles::amr(9) + "\xFF\xFF");
     QByteArray samples(200'000, '\0');

@@ -41,12 +41,10 @@ private Q_SLOTS:
     void piped();
     void lastSector_data();
     void lastSector();
+    void monoIsCopied_data();
+    void monoIsCopied();
     void lengthNotedByEncoder();
-    void streamWithoutNote();
-    void cutOutOfLongerStream();
-    void tagsAtBothEnds();
-    void formatChanges_data();
-    void formatChanges();
+    void amr_data();
     void amr();
     void changedFile_data();
     void changedFile();
@@ -110,14 +108,14 @@ void AudioTest::samples()
     QCOMPARE(error, QString());
     QCOMPARE(found.size(), source.value().byteCount());
     QCOMPARE(source.value().blockCount(), blocks);
-    const QByteArray expected = SoundFiles::reference(file);
+    const QByteArray expected = SoundFiles::reference(file, arguments.contains(text("-ac 1")));
     // That program gives out the padding of the last packet of AAC, which we compare no further.
     QVERIFY(expected.size() > found.size() - AudioSource::sectorSize);
     QVERIFY(agree(found, expected));
     const Result<double> duration = AudioFile::duration(file);
     QCOMPARE(duration.error(), QString());
-    // One program notes down whole packets.
-    QVERIFY2(std::abs(duration.value() - 3) < 0.07, qPrintable(QString::number(duration.value())));
+    QVERIFY2(SoundFiles::isLength(duration.value(), blocks),
+             qPrintable(QString::number(duration.value())));
 }
 
 void AudioTest::piped_data()
@@ -166,6 +164,33 @@ void AudioTest::lastSector()
     QVERIFY(isSilent(QByteArrayView(found).sliced(qsizetype(frames) * 4)));
 }
 
+void AudioTest::monoIsCopied_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("arguments");
+    QTest::newRow("wav") << text("a.wav") << QString();
+    QTest::newRow("wav, a left channel and no right one")
+        << text("a.wav") << text("-c:a pcm_s24le -channel_layout FL");
+    QTest::newRow("aiff") << text("a.aiff") << QString();
+    QTest::newRow("caf") << text("a.caf") << text("-c:a pcm_s16be");
+    QTest::newRow("ALAC") << text("a.m4a") << text("-c:a alac");
+}
+
+void AudioTest::monoIsCopied()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, arguments);
+    const QString pan = text("-af pan=mono|c0=c0 ");
+    const QByteArray one = SoundFiles::read(m_files.make(text("one.raw"), pan + text("-f s16le")));
+    QByteArray expected;
+    for (qsizetype i = 0; i < one.size(); i += 2)
+        expected += one.sliced(i, 2) + one.sliced(i, 2);
+    QString error;
+    const QByteArray found = SoundFiles::decode(m_files.make(name, pan + arguments), &error);
+    QCOMPARE(error, QString());
+    QVERIFY(found == expected);
+}
+
 // As the largest music shop writes its files: no edit list, the last packet as long as the others,
 // and the true length in a note.
 void AudioTest::lengthNotedByEncoder()
@@ -193,97 +218,49 @@ void AudioTest::lengthNotedByEncoder()
     QCOMPARE(error, QString());
     QCOMPARE(found.size(), 225 * AudioSource::sectorSize);
     QVERIFY(found == SoundFiles::decode(made, &error));
+    QCOMPARE(AudioFile::duration(m_files.path(text("noted.m4a"))).value(), 3.0);
 }
 
-void AudioTest::streamWithoutNote()
+void AudioTest::amr_data()
 {
-    const QString file = m_files.make(text("a.mp3"), text("-q:a 5 -write_xing 0 -id3v2_version 0"));
-    QString error;
-    const QByteArray found = SoundFiles::decode(file, &error);
-    QCOMPARE(error, QString());
-    const QByteArray expected = SoundFiles::reference(file);
-    QVERIFY(found.startsWith(expected));
-    QVERIFY(isSilent(QByteArrayView(found).sliced(expected.size())));
-    // Estimated from the first frame's bit rate it would be far off.
-    const Result<double> duration = AudioFile::duration(file);
-    QCOMPARE(duration.value(), static_cast<double>(expected.size()) / (4 * 44'100));
-}
-
-void AudioTest::cutOutOfLongerStream()
-{
-    m_files.make(text("whole.mp3"), text("-b:a 64k -write_xing 0 -id3v2_version 0"));
-    const QString cut =
-        m_files.generate(text("cut.mp3"), text("-ss 1 -i %1 -c copy -write_xing 0 -id3v2_version 0")
-                                              .arg(m_files.path(text("whole.mp3"))));
-    QString error;
-    const QByteArray found = SoundFiles::decode(cut, &error);
-    QCOMPARE(error, QString());
-    const QByteArray expected = SoundFiles::reference(cut);
-    QVERIFY(found.startsWith(expected) && expected.size() > qsizetype(3) * 88'200);
-    // One that begins within a frame, as recordings from the air do.
-    const QString within = m_files.write(text("within.mp3"), SoundFiles::read(cut).sliced(100));
-    QVERIFY(found.size() - SoundFiles::decode(within, &error).size()
-            <= qsizetype(3) * AudioSource::sectorSize);
-    QCOMPARE(error, QString());
-}
-
-void AudioTest::tagsAtBothEnds()
-{
-    const QByteArray bare =
-        SoundFiles::read(m_files.make(text("bare.mp3"), text("-write_xing 0 -id3v2_version 0")));
-    QString error;
-    const QByteArray expected = SoundFiles::decode(m_files.path(text("bare.mp3")), &error);
-    const QByteArray id3v2 = QByteArray("ID3\4\0\0\0\0\2\0", 10) + QByteArray(256, '\xFF');
-    const QByteArray apeTag = QByteArray(64 - 32, 'x') + QByteArray("APETAGEX")
-                              + QByteArray("\xD0\7\0\0\x40\0\0\0\1\0\0\0\0\0\0\0", 16)
-                              + QByteArray(8, '\0');
-    const QByteArray lyrics = QByteArray("LYRICSBEGININD0000200000021LYRICS200");
-    const QByteArray id3v1 = QByteArray("TAG") + QByteArray(125, ' ');
-    const QList<QByteArray> files = {id3v2 + bare, id3v2 + id3v2 + bare + id3v1,
-                                     bare + apeTag + id3v1, bare + lyrics + id3v1,
-                                     bare + QByteArray(100, '\0')};
-    for (const QByteArray &bytes : files) {
-        const QString file = m_files.write(text("tagged.mp3"), bytes);
-        const QByteArray found = SoundFiles::decode(file, &error);
-        QCOMPARE(error, QString());
-        QVERIFY(found == expected);
-    }
-}
-
-void AudioTest::formatChanges_data()
-{
-    QTest::addColumn<QString>("second");
-    QTest::newRow("another rate") << text("-ar 48000");
-    QTest::newRow("half the rate: other frames") << text("-ar 22050");
-    QTest::newRow("mono") << text("-ac 1");
-}
-
-void AudioTest::formatChanges()
-{
-    QFETCH(QString, second);
-    const QString bare = text(" -write_xing 0 -id3v2_version 0");
-    const QString one = m_files.make(text("one.mp3"), bare);
-    const QString two = m_files.make(text("two.mp3"), second + bare);
-    const QString both =
-        m_files.write(text("both.mp3"), SoundFiles::read(one) + SoundFiles::read(two));
-    QString error;
-    const QByteArray found = SoundFiles::decode(both, &error);
-    QCOMPARE(error, QString());
-    const qint64 frames =
-        (SoundFiles::reference(one).size() + SoundFiles::reference(two).size()) / 4;
-    QVERIFY(std::abs(found.size() / 4 - frames) <= AudioSource::sectorFrames);
-    QVERIFY(found.startsWith(SoundFiles::reference(one).chopped(8000)));
+    QTest::addColumn<QByteArray>("head");
+    QTest::addColumn<QByteArray>("pause");
+    QTest::addColumn<QByteArray>("tail");
+    const QByteArray sid("\x44\0\0\0\0\0", 6);
+    const QByteArray noData("\x7C");
+    const QByteArray frames = SoundFiles::amr(60).sliced(6);
+    const QByteArray head = SoundFiles::amr(60);
+    QTest::newRow("no pause") << head << QByteArray() << frames + frames.first(qsizetype(30) * 32);
+    QTest::newRow("pause") << head << (sid + noData.repeated(7) + sid + noData.repeated(21))
+                           << frames;
+    QTest::newRow("pause at the start") << head.first(6) << noData.repeated(90) << frames;
+    QTest::newRow("pause at the end") << head + frames << sid.repeated(30) << QByteArray();
+    QTest::newRow("nothing but a pause") << head.first(6) << sid.repeated(150) << QByteArray();
+    const QByteArray wide = "#!AMR-WB\n" + QByteArray("\x04" + QByteArray(17, 'x')).repeated(60);
+    const QByteArray wideSid("\x4C\0\0\0\0\0", 6);
+    QTest::newRow("pause, wide band")
+        << wide << wideSid + QByteArray("\x7C\x74") + wideSid.repeated(27) << wide.sliced(9);
 }
 
 void AudioTest::amr()
 {
-    const QString file = m_files.write(text("a.amr"), SoundFiles::amr(150));
+    QFETCH(QByteArray, head);
+    QFETCH(QByteArray, pause);
+    QFETCH(QByteArray, tail);
+    const QString file = m_files.write(text("a.amr"), head + pause + tail);
     QString error;
     const QByteArray found = SoundFiles::decode(file, &error);
     QCOMPARE(error, QString());
     QCOMPARE(found.size(), 225 * AudioSource::sectorSize);
-    QVERIFY(agree(found, SoundFiles::reference(file)));
     QCOMPARE(AudioFile::duration(file).value(), 3.0);
+    // Without the resampler's reach at either end of the speech.
+    constexpr qsizetype reach = qsizetype(100) * 4;
+    const QByteArray before =
+        head.size() > 9 ? SoundFiles::reference(m_files.write(text("head.amr"), head), true)
+                        : QByteArray();
+    QVERIFY(agree(found, before.chopped(std::min(before.size(), reach))));
+    if (!pause.isEmpty())
+        QVERIFY(isSilent(QByteArrayView(found).sliced(before.size() + reach, 15 * 882 * 4)));
 }
 
 void AudioTest::changedFile_data()

@@ -22,6 +22,9 @@ public:
 
     [[nodiscard]] QString path() const { return m_path; }
 
+    // Frames of 44.1 kHz, without the silence that fills up the last sector.
+    [[nodiscard]] qint64 frameCount() const { return m_frames; }
+
     // Sectors; the last one is filled up with silence.
     [[nodiscard]] qint64 blockCount() const { return (m_frames + sectorFrames - 1) / sectorFrames; }
     [[nodiscard]] qint64 byteCount() const { return blockCount() * sectorSize; }

@@ -106,13 +106,8 @@ private:
     [[nodiscard]] qint64 trueSamples() const
     {
         const qint64 samples = toSamples(m_ticks) - m_leftOut;
-        const AVDictionaryEntry *note =
-            av_dict_get(m_input.format().metadata, "iTunSMPB", nullptr, 0);
-        const QByteArray words = QByteArray(note ? note->value : "").simplified();
-        const qint64 noted = words.split(' ').value(3).toLongLong(nullptr, 16);
-        constexpr int mostPadding = 4096; // samples
-        if (noted > 0 && noted <= samples && samples - noted <= mostPadding)
-            return noted;
+        if (const std::optional<qint64> noted = LengthScan::notedSamples(m_input, samples))
+            return *noted;
         // The edit list counts in coarser units, so it is not let cut off less than they measure.
         const qint64 edited = toSamples(qMax<qint64>(0, m_stream.duration));
         const bool isMp4 = qstrcmp(m_input.layout().demuxer, "mov") == 0;
@@ -129,6 +124,16 @@ private:
     QMap<int, qint64> m_mpegSamples; // by rate
 };
 
+}
+
+std::optional<qint64> LengthScan::notedSamples(const AudioInput &input, qint64 inPackets)
+{
+    const AVDictionaryEntry *note = av_dict_get(input.format().metadata, "iTunSMPB", nullptr, 0);
+    const QByteArray words = QByteArray(note ? note->value : "").simplified();
+    const qint64 noted = words.split(' ').value(3).toLongLong(nullptr, 16);
+    constexpr int mostPadding = 4096; // samples
+    const bool isLikely = noted > 0 && noted <= inPackets && inPackets - noted <= mostPadding;
+    return isLikely ? std::optional(noted) : std::nullopt;
 }
 
 Result<std::optional<qint64>> LengthScan::outputFrames(AudioInput &input)

@@ -55,12 +55,12 @@ public:
         return false;
     }
 
-    // Takes the length from the encoder's note, when there is one and it tells of all the bytes.
+    // Takes the length from the encoder's note, when there is one and it tells of all the bytes:
+    // another file may have been joined to the one that it is about.
     [[nodiscard]] bool trustNote()
     {
-        constexpr qint64 most = 2 * largestFrame; // some leave out the frame of the note
         if (!m_note || m_note->frames == 0 || m_note->bytes == 0
-            || m_end - m_layout.begin > m_note->bytes + most)
+            || m_end - m_layout.begin > m_note->bytes)
             return false;
         m_layout.frames = m_note->frames;
         m_layout.end = m_end;

@@ -24,7 +24,7 @@ const QByteArray lyrics = "LYRICSBEGININD0000200000021LYRICS200";
 // With a footer, and a header too when it is not the older version.
 QByteArray apeTag(bool hasHeader)
 {
-    const auto end = [&](char place) {
+    const auto end = [&](char place) -> QByteArray {
         return QByteArray("APETAGEX") + QByteArray("\xD0\7\0\0\x40\0\0\0\1\0\0\0\0\0\0", 15)
                + (hasHeader ? place : '\0') + QByteArray(8, '\0');
     };

@@ -72,6 +72,6 @@ QByteArray FileService::answer(const FileTree &tree, Operation operation, const 
 const char *FileService::pictureType(const QByteArray &name)
 {
     static const QHash<QByteArray, const char *> types{
-        {"png", "image/png"}, {"jpg", "image/jpeg"}, {"jpeg", "image/jpeg"}};
-    return types.value(name.mid(name.lastIndexOf('.') + 1).toLower());
+        {".png", "image/png"}, {".jpg", "image/jpeg"}, {".jpeg", "image/jpeg"}};
+    return types.value(name.mid(name.lastIndexOf('.')).toLower());
 }

@@ -13,6 +13,7 @@
 #include <QJsonObject>
 #include <QRandomGenerator>
 
+#include <algorithm>
 #include <cstdio>
 #include <unistd.h>
 
@@ -99,15 +100,22 @@ private:
     bool m_isOpen = false;
 };
 
+// Whether these are keys that a path may hold: "..", say, would make another address of a download
+// address, and another folder of the cache's.
+bool areKeys(const QStringList &keys)
+{
+    return std::ranges::all_of(keys,
+                               [](const QString &key) { return key.isNull() || isName(key); });
+}
+
 // Where pictures of these keys are cached; null where there can be no such folder.
 QString cacheFolder(const QStringList &keys)
 {
+    if (!areKeys(keys))
+        return {};
     QString folder = MiscTool::getCachedPath();
-    for (const QString &key : keys) {
-        if (!key.isNull() && !isName(key))
-            return {};
+    for (const QString &key : keys)
         folder = MiscTool::appendPathComponent(folder, key);
-    }
     return QDir().mkpath(folder) ? folder : QString();
 }
 
@@ -222,7 +230,7 @@ bool MiscTool::downloadFile(const QString &groupID, const QString &companyID, co
                             const QString &moduleID, const QString &srcFile,
                             const QString &destPath)
 {
-    if (!isName(srcFile))
+    if (!areKeys({groupID, companyID, module, moduleID}) || !isName(srcFile))
         return false;
     IncomingFile incoming(destPath, srcFile);
     if (!incoming.isOpen())

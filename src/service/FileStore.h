@@ -50,7 +50,8 @@ bool deleteFile(const QString &groupID, const QString &companyID, const QString 
                 const QString &moduleID, const QString &file);
 
 // Puts the file into the local folder, whole or not at all. An empty file cannot be told from a
-// missing one and is not written.
+// missing one and is not written. (Qt 6.4 spoils addresses with a key of two characters of which
+// the first is a dot: what is stored there cannot be downloaded.)
 bool downloadFile(const QString &groupID, const QString &companyID, const QString &module,
                   const QString &moduleID, const QString &srcFile, const QString &destPath);
 

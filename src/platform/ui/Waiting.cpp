@@ -32,10 +32,11 @@ void Waiting::run(const SetAllStatus &setAllStatus, const std::function<void()> 
 bool Waiting::passes(const QList<Check> &checks)
 {
     const Check *failure = firstFailure(checks);
+    if (!failure)
+        return true;
     end();
-    if (failure)
-        tell(*failure);
-    return !failure;
+    tell(*failure);
+    return false;
 }
 
 void Waiting::end()

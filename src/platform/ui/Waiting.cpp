@@ -22,10 +22,11 @@ void Waiting::run(const SetAllStatus &setAllStatus, const std::function<void()> 
     m_setAllStatus = setAllStatus;
     m_focus = m_page->window()->focusWidget();
     m_setAllStatus(false);
-    MainQueue::async(m_page, [this, work] {
+    MainQueue::async(m_page, [this, work, run = ++m_runs] {
         m_loadingView->show();
         work();
-        end();
+        if (run == m_runs)
+            end();
     });
 }
 

@@ -23,7 +23,7 @@ public:
     // Within the work: runs the checks; the waiting ends before one that fails is told.
     [[nodiscard]] bool passes(const QList<Check> &checks);
 
-    // Before the end of the work, which ends it anyway.
+    // Before the end of the work, which ends it anyway; the work may then run more.
     void end();
 
 private:
@@ -31,4 +31,5 @@ private:
     QWidget *m_loadingView;
     SetAllStatus m_setAllStatus; // null while it is off
     QPointer<QWidget> m_focus;   // that had the focus before
+    int m_runs = 0;
 };

@@ -4,6 +4,7 @@
 #include "BurnDataViewController.h"
 #include "ChangePwdViewController.h"
 #include "ComingPage.h"
+#include "CompanyViewController.h"
 #include "DMGViewController.h"
 #include "EraseViewController.h"
 #include "HomeViewController.h"
@@ -45,7 +46,8 @@ constexpr std::array modules{
     Module{QT_TRANSLATE_NOOP("ViewController", "ISO"), "iso32", &made<ISOViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Password"), "password32",
            &made<ChangePwdViewController>},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Profile"), "profile32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Profile"), "profile32",
+           &made<CompanyViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Notification"), "inventory32", &coming},
     Module{QT_TRANSLATE_NOOP("ViewController", "Support"), "settings32", &coming},
     Module{QT_TRANSLATE_NOOP("ViewController", "Rate"), "businessContinent32",

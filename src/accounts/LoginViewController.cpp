@@ -2,6 +2,7 @@
 
 #include "Alerts.h"
 #include "Checks.h"
+#include "Fields.h"
 #include "Initialization.h"
 #include "Localized.h"
 #include "MainQueue.h"
@@ -34,9 +35,7 @@ LoginViewController::LoginViewController(QWidget *parent)
     , m_ui(std::make_unique<Ui::Login>())
 {
     m_ui->setupUi(this);
-    QSizePolicy keepsItsPlace = m_ui->loadingView->sizePolicy();
-    keepsItsPlace.setRetainSizeWhenHidden(true);
-    m_ui->loadingView->setSizePolicy(keepsItsPlace);
+    Fields::keepPlaceWhenHidden(m_ui->loadingView);
     m_ui->loadingView->hide();
     // On the main window: the sheet below is disabled or waits while the panel is open.
     m_panel = std::make_unique<ServerPanel>(this);

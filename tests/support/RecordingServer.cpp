@@ -31,14 +31,16 @@ void RecordingServer::take(QTcpSocket *socket)
     const QByteArray request = socket->property("request").toByteArray() + socket->readAll();
     const qsizetype head = request.indexOf("\r\n\r\n");
     const qsizetype field = request.indexOf("Content-Length: ");
-    if (head < 0 || field < 0
-        || request.size() < head + 4 + request.mid(field + 16, 10).split('\r').first().toInt()) {
+    const int length = field < 0 ? 0 : request.mid(field + 16, 10).split('\r').first().toInt();
+    if (head < 0 || request.size() < head + 4 + length) {
         socket->setProperty("request", request);
         return;
     }
     m_requests.append(request);
     socket->setProperty("request", {});
     socket->write(m_reply);
+    if (m_isDying)
+        socket->disconnectFromHost();
     if (!m_isEndless)
         return;
     const auto more = [socket] { socket->write(QByteArray(1 << 20, 'x')); };

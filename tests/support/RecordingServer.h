@@ -15,6 +15,8 @@ public:
     void setRawReply(const QByteArray &reply) { m_reply = reply; }
     // The same with the head of a good answer before it.
     void setReply(const QByteArray &body);
+    // After the reply, the end of the connection.
+    void setDying() { m_isDying = true; }
     // After the reply, bytes without end.
     void setEndless() { m_isEndless = true; }
 
@@ -25,6 +27,7 @@ private:
     void take(QTcpSocket *socket);
 
     QByteArray m_reply;
+    bool m_isDying = false;
     bool m_isEndless = false;
     QList<QByteArray> m_requests;
 };

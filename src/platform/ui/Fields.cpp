@@ -10,3 +10,10 @@ void Fields::setBackground(QWidget *field, const QColor &background)
     palette.setColor(QPalette::Text, background.lightnessF() > light ? Qt::black : Qt::white);
     field->setPalette(palette);
 }
+
+void Fields::keepPlaceWhenHidden(QWidget *widget)
+{
+    QSizePolicy policy = widget->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    widget->setSizePolicy(policy);
+}

@@ -1,4 +1,4 @@
-// How input fields look. Main thread.
+// How fields look. Main thread.
 #pragma once
 
 class QColor;
@@ -8,5 +8,8 @@ namespace Fields {
 
 // Gives a field a background of its own, with text that can be read on it.
 void setBackground(QWidget *field, const QColor &background);
+
+// Hiding and showing it moves nothing else.
+void keepPlaceWhenHidden(QWidget *widget);
 
 }

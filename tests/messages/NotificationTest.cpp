@@ -171,9 +171,9 @@ void NotificationTest::whoSeesWhat()
     makeCompany(QStringLiteral("anna"), continent, country);
     show(user.toLatin1().constData());
     QTEST(titles(), "titles");
-    QCOMPARE(
-        control<RecordTable>("tableView")->item(titles().indexOf(QStringLiteral("all")), 1)->text(),
-        QStringLiteral("2016-3-5 9:5:3"));
+    const auto *table = control<RecordTable>("tableView");
+    const auto all = static_cast<int>(titles().indexOf(QStringLiteral("all")));
+    QCOMPARE(table->item(all, 1)->text(), QStringLiteral("2016-3-5 9:5:3"));
     for (const char *button : {"addButton", "deleteButton"})
         QCOMPARE(control<QPushButton>(button)->isVisible(), user == QLatin1StringView("root"));
 }
@@ -304,7 +304,7 @@ void NotificationTest::deletedWithItsReadMarks()
 {
     const BLSyncNotificationReadStatus readStatus;
     const QString id = stored(QStringLiteral("europe")).ID;
-    for (const QString &notification : {id, id, id + QStringLiteral("0")}) {
+    for (const QString &notification : QStringList{id, id, id + u'0'}) {
         NotificationReadStatusJson status;
         status.NotificationID = notification;
         QVERIFY(readStatus.insert(status));

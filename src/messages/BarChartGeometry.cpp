@@ -13,8 +13,9 @@ constexpr double legendDisplacement = 2.625;
 constexpr double labelPart = 0.6;
 constexpr double tickLabelGap = 0.2;
 
-constexpr double labelPitch = 1.3;    // label sizes from a tick's label to the next
-constexpr double leastMinorPitch = 5; // pixels
+constexpr double labelPitch = 1.3;     // label sizes from a tick's label to the next
+constexpr double leastMinorPitch = 12; // pixels
+constexpr double legendPart = 0.6;     // of the plot area, at most
 
 // 16 pixels in a frame of 300 by 200, 28 in one of 1200 by 800.
 double titleSizeIn(const QSizeF &frame)
@@ -126,5 +127,7 @@ QRectF BarChartGeometry::legend(const QSizeF &size) const
     const double displacement = legendDisplacement * m_titleSize;
     const QRectF box(m_frame.right() - displacement - size.width(), displacement, size.width(),
                      size.height());
-    return m_plotArea.contains(box) ? box : QRectF();
+    const bool isTooLarge = box.width() > legendPart * m_plotArea.width()
+                            || box.height() > legendPart * m_plotArea.height();
+    return m_plotArea.contains(box) && !isTooLarge ? box : QRectF();
 }

@@ -46,7 +46,7 @@ public:
     [[nodiscard]] QList<Tick> valueTicks() const;
 
     // Of a legend this large: displaced from the frame's upper right corner; null where it would
-    // not fit beside the plot area's edges.
+    // leave the plot area or cover most of it.
     [[nodiscard]] QRectF legend(const QSizeF &size) const;
 
 private:

@@ -7,10 +7,13 @@
 #include <QLocale>
 #include <QPainterPath>
 
+#include <array>
+
 namespace {
 
 constexpr float majorOpacity = 0.75F;
 constexpr float minorOpacity = 0.25F;
+constexpr QColor labelBackground(0, 0, 0, 130); // where a label is longer than its bar
 constexpr double barCornerRadius = 4.0;
 constexpr double legendCornerRadius = 10.0;
 const QColor legendFill = QColor::fromRgbF(0.15F, 0.15F, 0.15F);
@@ -44,6 +47,18 @@ QPainterPath barOutline(const QRectF &bar)
     outline.lineTo(bar.bottomRight());
     outline.closeSubpath();
     return outline;
+}
+
+// As short as the room beside the axis wants it.
+QString tickLabel(double value)
+{
+    constexpr std::array units{"", "k", "M", "G", "T"};
+    constexpr double thousand = 1000;
+    constexpr int digits = 4;
+    std::size_t unit = 0;
+    for (; value >= thousand && unit + 1 < units.size(); ++unit)
+        value /= thousand;
+    return QLocale().toString(value, 'g', digits) + QLatin1StringView(units.at(unit));
 }
 
 }
@@ -123,11 +138,10 @@ void ColoredBarChart::paintBars(QPainter &painter, const BarChartGeometry &geome
         painter.setBrush(barFill(bar, i));
         painter.drawPath(barOutline(bar));
     }
-    for (int i = 0; i < m_model.barCount(); ++i) {
-        painter.setPen(theme.text);
+    painter.setPen(theme.text);
+    for (int i = 0; i < m_model.barCount(); ++i)
         PlotPainting::drawRisingText(painter, geometry.barLabelArea(i), m_model.title(i),
-                                     geometry.labelSize(), Qt::AlignLeft);
-    }
+                                     geometry.labelSize(), Qt::AlignLeft, labelBackground);
 }
 
 void ColoredBarChart::paintValueAxis(QPainter &painter, const BarChartGeometry &geometry,
@@ -139,9 +153,8 @@ void ColoredBarChart::paintValueAxis(QPainter &painter, const BarChartGeometry &
     painter.setPen(theme.text);
     for (const BarChartGeometry::Tick &tick : geometry.valueTicks())
         if (tick.isMajor)
-            PlotPainting::drawText(painter, geometry.tickLabelArea(tick),
-                                   QLocale().toString(tick.value, 'g', 12), geometry.labelSize(),
-                                   Qt::AlignRight);
+            PlotPainting::drawText(painter, geometry.tickLabelArea(tick), tickLabel(tick.value),
+                                   geometry.labelSize(), Qt::AlignRight);
     PlotPainting::drawRisingText(painter, geometry.axisTitleArea(), m_axisY, geometry.labelSize(),
                                  Qt::AlignHCenter);
 }
@@ -151,9 +164,11 @@ void ColoredBarChart::paintLegend(QPainter &painter, const BarChartGeometry &geo
     const double line = geometry.labelSize() * 1.5;
     const double margin = geometry.labelSize();
     const QFontMetricsF metrics(PlotPainting::sizedFont(painter, geometry.labelSize()));
+    constexpr double widestText = 12; // letters high
     double textWidth = 0;
     for (int i = 0; i < m_model.barCount(); ++i)
         textWidth = std::max(textWidth, metrics.horizontalAdvance(m_model.title(i)));
+    textWidth = std::min(textWidth, widestText * geometry.labelSize());
     const QSizeF size(textWidth + line + 2 * margin, m_model.barCount() * line + margin);
     const QRectF box = geometry.legend(size);
     if (box.isNull())

@@ -23,6 +23,16 @@ double alignedAt(const QPainter &painter, double position)
     return (std::round(position * scale - half) + half) / scale;
 }
 
+void drawBackground(QPainter &painter, const QRectF &text, const QColor &color)
+{
+    constexpr double margin = 2;
+    painter.save();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(text.adjusted(-margin, 0, margin, 0), margin, margin);
+    painter.restore();
+}
+
 }
 
 void PlotPainting::fillGradient(QPainter &painter, const QRectF &area, const QColor &top,
@@ -69,27 +79,30 @@ QFont PlotPainting::sizedFont(const QPainter &painter, double pixels)
 }
 
 void PlotPainting::drawText(QPainter &painter, const QRectF &area, const QString &text,
-                            double pixels, Qt::Alignment alignment)
+                            double pixels, Qt::Alignment alignment, const QColor &background)
 {
-    constexpr double leastPart = 0.75;
+    constexpr double leastPart = 0.6;
     painter.save();
     painter.setFont(sizedFont(painter, pixels));
     const double width = painter.fontMetrics().horizontalAdvance(text);
     if (width > area.width())
-        painter.setFont(sizedFont(painter, pixels * std::max(leastPart, area.width() / width)));
+        painter.setFont(
+            sizedFont(painter, std::floor(pixels * std::max(leastPart, area.width() / width))));
     const QString shown =
         painter.fontMetrics().elidedText(text, Qt::ElideRight, static_cast<int>(area.width()) + 1);
-    painter.drawText(
-        area, int(alignment | Qt::AlignVCenter) | Qt::TextSingleLine | Qt::TextDontClip, shown);
+    const int flags = int(alignment | Qt::AlignVCenter) | Qt::TextSingleLine | Qt::TextDontClip;
+    if (background.isValid() && !shown.isEmpty())
+        drawBackground(painter, painter.boundingRect(area, flags, shown), background);
+    painter.drawText(area, flags, shown);
     painter.restore();
 }
 
 void PlotPainting::drawRisingText(QPainter &painter, const QRectF &area, const QString &text,
-                                  double pixels, Qt::Alignment alignment)
+                                  double pixels, Qt::Alignment alignment, const QColor &background)
 {
     painter.save();
     painter.translate(area.bottomLeft());
     painter.rotate(-90);
-    drawText(painter, {0, 0, area.height(), area.width()}, text, pixels, alignment);
+    drawText(painter, {0, 0, area.height(), area.width()}, text, pixels, alignment, background);
     painter.restore();
 }

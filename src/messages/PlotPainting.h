@@ -18,12 +18,13 @@ void drawVertical(QPainter &painter, double x, double top, double bottom, const 
 // The painter's font with letters this high.
 [[nodiscard]] QFont sizedFont(const QPainter &painter, double pixels);
 
-// One line, in smaller letters where the area is too narrow, cut off where that is not enough.
+// One line, in smaller letters where the area is too narrow, cut off where that is not enough;
+// on a background of its own where one is given.
 void drawText(QPainter &painter, const QRectF &area, const QString &text, double pixels,
-              Qt::Alignment alignment = Qt::AlignHCenter);
+              Qt::Alignment alignment = Qt::AlignHCenter, const QColor &background = {});
 // The same turned by a quarter, so that it reads upwards; the area is as it is on the screen, and
 // its left is at the bottom.
 void drawRisingText(QPainter &painter, const QRectF &area, const QString &text, double pixels,
-                    Qt::Alignment alignment);
+                    Qt::Alignment alignment, const QColor &background = {});
 
 }

@@ -7,10 +7,12 @@
 #include "CompanyViewController.h"
 #include "DMGViewController.h"
 #include "EraseViewController.h"
+#include "FeedbackViewController.h"
 #include "HomeViewController.h"
 #include "ISOViewController.h"
 #include "Localized.h"
 #include "LogoutViewController.h"
+#include "NotificationViewController.h"
 #include "RateViewController.h"
 
 #include <array>
@@ -48,8 +50,10 @@ constexpr std::array modules{
            &made<ChangePwdViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Profile"), "profile32",
            &made<CompanyViewController>},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Notification"), "inventory32", &coming},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Support"), "settings32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Notification"), "inventory32",
+           &made<NotificationViewController>},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Support"), "settings32",
+           &made<FeedbackViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Rate"), "businessContinent32",
            &made<RateViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Logout"), "logout32", &made<LogoutViewController>},

@@ -2,8 +2,10 @@
 
 #include "DRKeys.h"
 #include "DRNotificationCenter.h"
+#include "Session.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QGroupBox>
@@ -14,11 +16,14 @@
 #include <QTextStream>
 #include <QTreeWidget>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
 
 QStringList seenAlerts;
+bool alertsAreHeld = false;
+constexpr int aPage = 3 * 1000; // ms that a web page may take to be drawn
 
 }
 
@@ -48,11 +53,16 @@ QMessageBox *alert()
 void closeAlert()
 {
     QMessageBox *box = alert();
-    if (!box)
+    if (!box || alertsAreHeld)
         return;
     say(QStringLiteral("Alert: %1 %2").arg(box->text(), box->informativeText()));
     seenAlerts.append(box->text());
     box->accept();
+}
+
+void holdAlerts(bool hold)
+{
+    alertsAreHeld = hold;
 }
 
 const QStringList &alertsSoFar()
@@ -68,8 +78,8 @@ TourSteps::TourSteps(ViewController &window, const QString &shots)
 
 bool TourSteps::isShown(const char *name) const
 {
-    const auto *control = m_window.findChild<QWidget *>(QLatin1StringView(name));
-    return control && control->isVisible();
+    const auto controls = m_window.findChildren<QWidget *>(QLatin1StringView(name));
+    return std::ranges::any_of(controls, &QWidget::isVisible);
 }
 
 void TourSteps::waitFor(const std::function<bool()> &condition, const QString &otherwise, int time)
@@ -83,6 +93,52 @@ void TourSteps::shoot(const QString &name) const
     const QString path = QStringLiteral("%1/%2.png").arg(m_shots, name);
     require(picture().save(path), QStringLiteral("%1 cannot be written").arg(path));
     say(QStringLiteral("  screenshot %1").arg(path));
+}
+
+void TourSteps::shootNarrow(const QString &name) const
+{
+    const QSize size = m_window.size();
+    m_window.resize(m_window.minimumSize());
+    shoot(name);
+    m_window.resize(size);
+}
+
+void TourSteps::closeNotice() const
+{
+    say(QStringLiteral("Reading the notice"));
+    waitFor([this] { return isShown("closeButton"); }, QStringLiteral("no notice"));
+    QTest::qWait(aPage);
+    shoot(QStringLiteral("notice"));
+    click(find<QPushButton>("closeButton"));
+    waitFor([this] { return isShown("loginButton"); }, QStringLiteral("no sheet to sign in"));
+}
+
+void TourSteps::pressSignIn(const QString &user, const QString &password) const
+{
+    say(QStringLiteral("Signing in as %1").arg(user));
+    find<QLineEdit>("userField")->setText(user);
+    find<QLineEdit>("passwordField")->setText(password);
+    shoot(QStringLiteral("sign-in"));
+    click(find<QPushButton>("loginButton"));
+}
+
+void TourSteps::signOut() const
+{
+    say(QStringLiteral("Signing out"));
+    openModule(QStringLiteral("Logout"));
+    shoot(QStringLiteral("logout"));
+    answer(QMessageBox::Ok);
+    waitFor([this] { return !m_window.isVisible(); }, QStringLiteral("the window stays"));
+    require(!Session::getLoggedUserxJson(), QStringLiteral("somebody is still signed in"));
+}
+
+void TourSteps::pick(const char *popUp, const QString &title) const
+{
+    auto *box = find<QComboBox>(popUp);
+    const int item = box->findText(title, Qt::MatchExactly);
+    require(item >= 0, QStringLiteral("%1 offers no %2").arg(QLatin1StringView(popUp), title));
+    box->setCurrentIndex(item);
+    Q_EMIT box->activated(item);
 }
 
 // What a person sees at the window's place, sheets included, where the platform tells; else the

@@ -24,6 +24,8 @@ void require(bool condition, const QString &otherwise);
 // The alert that stands in the way; null without one. Closes it, and notes its message.
 [[nodiscard]] QMessageBox *alert();
 void closeAlert();
+// Alerts stay until closeAlert is called with them held no more.
+void holdAlerts(bool hold);
 [[nodiscard]] const QStringList &alertsSoFar();
 
 class TourSteps
@@ -47,6 +49,16 @@ protected:
     static void waitFor(const std::function<bool()> &condition, const QString &otherwise,
                         int time = soon);
     void shoot(const QString &name) const;
+    // With the window as small as it goes.
+    void shootNarrow(const QString &name) const;
+
+    // The notice, and then the sheet to sign in; once pressed, the sheet is left to itself.
+    void closeNotice() const;
+    void pressSignIn(const QString &user, const QString &password) const;
+    void signOut() const;
+
+    // Chooses the item of a pop-up as a person would.
+    void pick(const char *popUp, const QString &title) const;
 
     void openModule(const QString &name) const;
     [[nodiscard]] QMessageBox *question() const;

@@ -1,6 +1,9 @@
 // How fields look. Main thread.
 #pragma once
 
+#include <QGuiApplication>
+#include <QPalette>
+
 class QColor;
 class QWidget;
 
@@ -8,6 +11,15 @@ namespace Fields {
 
 // Gives a field a background of its own, with text that can be read on it.
 void setBackground(QWidget *field, const QColor &background);
+
+// A text field that may not be edited stays readable, and looks it.
+template <typename TextField>
+void setEditable(TextField *field, bool editable)
+{
+    field->setReadOnly(!editable);
+    setBackground(field,
+                  QGuiApplication::palette().color(editable ? QPalette::Base : QPalette::Window));
+}
 
 // Hiding and showing it moves nothing else.
 void keepPlaceWhenHidden(QWidget *widget);

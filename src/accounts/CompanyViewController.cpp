@@ -59,9 +59,9 @@ void CompanyViewController::connectControls()
         connect(popUp, &QComboBox::activated, this, &Self::filterAction);
     connect(m_ui->pagePopUp, &QComboBox::activated, this, &Self::changePageAction);
     connect(m_ui->profileButton, &QPushButton::clicked, this, &Self::showProfile);
-    connect(m_ui->table, &QTableWidget::itemActivated, this, &Self::showProfile);
-    connect(m_ui->table, &QTableWidget::itemSelectionChanged, this,
-            [this] { m_ui->profileButton->setEnabled(selectedRow() >= 0); });
+    connect(m_ui->table, &RecordTable::openRequested, this, &Self::showProfile);
+    connect(m_ui->table, &RecordTable::itemSelectionChanged, this,
+            [this] { m_ui->profileButton->setEnabled(m_ui->table->selectedRow() >= 0); });
 }
 
 void CompanyViewController::viewDidLoad()
@@ -239,31 +239,23 @@ QString CompanyViewController::objectValueForTableColumn(const char *identifier,
 
 void CompanyViewController::reloadTable()
 {
-    QTableWidget *table = m_ui->table;
-    table->clearSelection();
-    table->setRowCount(numberOfRowsInTableView());
-    for (int row = 0; row < table->rowCount(); ++row) {
+    QList<QStringList> rows;
+    for (int row = 0; row < numberOfRowsInTableView(); ++row) {
         const CompanyJson company = CompanyJson::getJson(m_data.at(row));
-        for (std::size_t column = 0; column < identifiers.size(); ++column) {
-            const QString value = objectValueForTableColumn(identifiers.at(column), company);
-            auto *cell = new QTableWidgetItem(value);
-            cell->setToolTip(value);
-            table->setItem(row, static_cast<int>(column), cell);
-        }
-        table->item(row, 0)->setTextAlignment(Qt::AlignCenter);
+        QStringList values;
+        for (const char *identifier : identifiers)
+            values.append(objectValueForTableColumn(identifier, company));
+        rows.append(values);
     }
-    table->scrollToTop();
-}
-
-int CompanyViewController::selectedRow() const
-{
-    const QModelIndexList rows = m_ui->table->selectionModel()->selectedRows();
-    return rows.isEmpty() ? -1 : rows.first().row();
+    m_ui->table->setRows(rows);
+    for (int row = 0; row < rows.size(); ++row)
+        m_ui->table->item(row, 0)->setTextAlignment(Qt::AlignCenter);
+    m_ui->table->scrollToTop();
 }
 
 void CompanyViewController::showProfile()
 {
-    const int row = selectedRow();
+    const int row = m_ui->table->selectedRow();
     if (row < 0)
         return;
     m_directoryWaiting.run(
@@ -285,5 +277,5 @@ void CompanyViewController::setDirectoryStatus(bool enabled)
     for (QWidget *control : std::initializer_list<QWidget *>{
              m_ui->businessContinentPopUp, m_ui->countrySelectPopUp, m_ui->table, m_ui->pagePopUp})
         control->setEnabled(enabled);
-    m_ui->profileButton->setEnabled(enabled && selectedRow() >= 0);
+    m_ui->profileButton->setEnabled(enabled && m_ui->table->selectedRow() >= 0);
 }

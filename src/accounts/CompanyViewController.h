@@ -56,7 +56,6 @@ private:
     [[nodiscard]] int numberOfRowsInTableView() const;
     [[nodiscard]] static QString objectValueForTableColumn(const char *identifier,
                                                            const CompanyJson &company);
-    [[nodiscard]] int selectedRow() const; // -1 without one
     void showProfile();
     void openPanel(const CompanyJson &profileJson);
     void setDirectoryStatus(bool enabled);

@@ -3,7 +3,6 @@
 #include "BurnAudioViewController.h"
 #include "BurnDataViewController.h"
 #include "ChangePwdViewController.h"
-#include "ComingPage.h"
 #include "CompanyViewController.h"
 #include "DMGViewController.h"
 #include "EraseViewController.h"
@@ -23,18 +22,13 @@ struct Module
 {
     const char *name;
     const char *imageName;
-    Page *(*getViewController)(const QString &name);
+    Page *(*getViewController)();
 };
 
 template <typename Controller>
-Page *made(const QString &)
+Page *made()
 {
     return Controller::getViewController();
-}
-
-Page *coming(const QString &name)
-{
-    return new ComingPage(name);
 }
 
 constexpr std::array modules{
@@ -66,7 +60,7 @@ QList<ModuleItem> Modules::make()
     QList<ModuleItem> items;
     for (const Module &module : modules) {
         const QString name = localized("ViewController", module.name);
-        items.append({name, QString::fromLatin1(module.imageName), module.getViewController(name)});
+        items.append({name, QString::fromLatin1(module.imageName), module.getViewController()});
     }
     return items;
 }

@@ -1,6 +1,7 @@
 #include "CompanyForm.h"
 
 #include "AccountChecks.h"
+#include "Fields.h"
 #include "Form.h"
 #include "Localized.h"
 #include "PopUps.h"
@@ -46,6 +47,7 @@ CompanyForm::CompanyForm(QWidget *parent)
                                  .currencyField = m_ui->currencyField,
                                  .weChatField = m_ui->wechatField})
 {
+    Fields::setBackground(m_ui->emailField, palette().color(QPalette::Window)); // it is read only
 }
 
 CompanyForm::~CompanyForm() = default;

@@ -16,6 +16,8 @@ constexpr qint64 rowsOfPage = 16;
 
 // Of the table's columns, in their order.
 constexpr std::array identifiers{"Enabled", "Company", "Contact", "RegisterTime", "Country"};
+constexpr int enabledColumn = 0;
+constexpr int timeColumn = 3;
 
 QString text(const char *key)
 {
@@ -38,7 +40,8 @@ CompanyViewController::CompanyViewController()
 {
     QHeaderView *header = m_ui->table->horizontalHeader();
     header->setSectionResizeMode(QHeaderView::Stretch);
-    header->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    for (const int column : {enabledColumn, timeColumn})
+        header->setSectionResizeMode(column, QHeaderView::ResizeToContents);
     showDirectory(false);
     connectControls();
 }
@@ -249,7 +252,7 @@ void CompanyViewController::reloadTable()
     }
     m_ui->table->setRows(rows);
     for (int row = 0; row < rows.size(); ++row)
-        m_ui->table->item(row, 0)->setTextAlignment(Qt::AlignCenter);
+        m_ui->table->item(row, enabledColumn)->setTextAlignment(Qt::AlignCenter);
     m_ui->table->scrollToTop();
 }
 

@@ -1,6 +1,5 @@
 #include "MessagesTour.h"
 
-#include "BLSync.h"
 #include "RecordTable.h"
 
 #include <QLineEdit>
@@ -8,8 +7,6 @@
 
 namespace {
 
-const QString companyEmail = QStringLiteral("office@company.example");
-const QString companyPassword = QStringLiteral("Abcdef1!");
 const QString questionText = QStringLiteral("How do I write a disc that others can add to?");
 const QString answerText = QStringLiteral("Tick “Appendable” on the Data page before you burn.");
 const QString noticeTitle = QStringLiteral("A new version");
@@ -17,54 +14,26 @@ const QString noticeBody = QStringLiteral("It burns audio discs with titles in e
                                           "Please tell us how you like it.");
 const QString continent = QStringLiteral("Europe");
 
-void makeCompany()
-{
-    say(QStringLiteral("Making a company"));
-    CompanyJson company;
-    company.Email = companyEmail;
-    company.Namex = QStringLiteral("Company Ltd.");
-    company.BusinessContinent = continent;
-    company.Country = QStringLiteral("Germany");
-    company.IsEnabled = QStringLiteral("1");
-    const BLSyncCompany companies;
-    require(companies.insert(company), QStringLiteral("no company"));
-    const auto rows = companies.select(QStringLiteral("Email='%1'").arg(companyEmail));
-    require(rows.has_value(), QStringLiteral("the company is not there"));
-    UserxJson user;
-    user.CompanyID = CompanyJson::getJson(rows->first()).ID;
-    user.Userx = companyEmail;
-    user.Passwordx = companyPassword;
-    user.FirstName = QStringLiteral("Anna");
-    user.LastName = QStringLiteral("Example");
-    user.IsAdmin = QStringLiteral("1");
-    user.IsEnabled = QStringLiteral("1");
-    require(BLSyncUserx().insert(user), QStringLiteral("no user"));
 }
 
-}
-
-void MessagesTour::runSessions(const QString &shots)
+void MessagesTour::runSessions(const QString &shots, const QString &user, const QString &password)
 {
     const QString root = QStringLiteral("root");
     const QString rootPassword = QStringLiteral("kvex");
-    makeCompany();
-    runSession(shots, companyEmail, companyPassword, &MessagesTour::ask);
-    runSession(shots, root, rootPassword, &MessagesTour::answerAndPublish);
+    run(shots, user, password, &MessagesTour::ask);
+    run(shots, root, rootPassword, &MessagesTour::answerAndPublish);
     holdAlerts(true);
-    runSession(shots, companyEmail, companyPassword, &MessagesTour::seeThem);
+    run(shots, user, password, &MessagesTour::seeThem);
 }
 
-void MessagesTour::runSession(const QString &shots, const QString &user, const QString &password,
-                              Steps steps)
+void MessagesTour::run(const QString &shots, const QString &user, const QString &password,
+                       Steps steps)
 {
-    ViewController window;
-    window.show();
-    require(QTest::qWaitForWindowExposed(&window), QStringLiteral("no window"));
-    MessagesTour tour(window, shots);
-    tour.closeNotice();
-    tour.pressSignIn(user, password);
-    (tour.*steps)();
-    tour.signOut();
+    runSession<MessagesTour>(shots, [&](MessagesTour &tour) {
+        tour.pressSignIn(user, password);
+        (tour.*steps)();
+        tour.signOut();
+    });
 }
 
 void MessagesTour::ask()

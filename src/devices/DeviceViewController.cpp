@@ -60,6 +60,7 @@ void DeviceViewController::viewDidLoad()
     for (QTableWidget *table :
          {m_ui->generalTableView, m_ui->infoTableView, m_ui->statusTableView}) {
         table->horizontalHeader()->setStretchLastSection(true);
+        table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         table->verticalHeader()->setDefaultSectionSize(
             table->verticalHeader()->minimumSectionSize());
     }

@@ -93,6 +93,7 @@ void DiskImageFailureTest::signalled_data()
     QTest::newRow("SIGTERM") << SIGTERM << true;
     QTest::newRow("SIGINT") << SIGINT << true;
     QTest::newRow("SIGHUP") << SIGHUP << true;
+    QTest::newRow("SIGQUIT") << SIGQUIT << true;
     QTest::newRow("SIGKILL") << SIGKILL << true;
     QTest::newRow("SIGTERM, temporary name") << SIGTERM << false;
     QTest::newRow("SIGKILL, temporary name") << SIGKILL << false;
@@ -114,6 +115,7 @@ void DiskImageFailureTest::signalled()
     const auto id = static_cast<pid_t>(process.processId());
     while (!writesIn(id, path("out")) && process.state() == QProcess::Running)
         process.waitForFinished(1);
+    ::kill(id, SIGUSR1); // neither ends it nor keeps the next one from doing so
     ::kill(id, signal);
     const DiskImageRun::Outcome outcome = DiskImageRun::finish(process);
     if (signal != SIGKILL)

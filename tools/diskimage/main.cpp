@@ -77,7 +77,6 @@ Result<> makeImage(const Arguments &arguments, const std::stop_token &stop)
 int run(const Arguments &arguments)
 {
     const Interruption interruption;
-    std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failed write
     const Result<> made = makeImage(arguments, interruption.token());
     if (!made && interruption.token().stop_requested())
         return fail(QFile::decodeName(arguments.output) + QStringLiteral(": interrupted"));
@@ -106,6 +105,9 @@ int runWords(const QList<QByteArray> &words)
 
 int main(int argc, char **argv)
 {
+    // A file that grows too large and a pipe that nobody reads are failed writes.
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         return runWords(QList<QByteArray>(argv + 1, argv + argc));
     } catch (const std::exception &error) { // no memory, no more threads

@@ -9,6 +9,7 @@
 #include <array>
 #include <atomic>
 #include <csignal>
+#include <fcntl.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -62,7 +63,10 @@ private Q_SLOTS:
     void unreadableSource();
     void fullDisk_data();
     void fullDisk();
-    void tooLargeAFile();
+    void limits_data();
+    void limits();
+    void noticeThatNobodyReads_data();
+    void noticeThatNobodyReads();
     void folderThatCannotBeWrittenTo();
 };
 
@@ -234,19 +238,58 @@ void DiskImageFailureTest::fullDisk()
     QCOMPARE(readFile(path("out/other")).size(), qsizetype(1'500'000));
 }
 
-void DiskImageFailureTest::tooLargeAFile()
+void DiskImageFailureTest::limits_data()
 {
+    QTest::addColumn<int>("limited");
+    QTest::addColumn<quint64>("limit");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("file") << int(RLIMIT_FSIZE) << quint64(1'000'000)
+                          << QByteArray("File too large");
+    // A thread's stack is as large as the limit, and no address space holds it.
+    QTest::newRow("thread") << int(RLIMIT_STACK) << (quint64(1) << 47)
+                            << QByteArray("Resource temporarily unavailable");
+}
+
+void DiskImageFailureTest::limits()
+{
+    QFETCH(int, limited);
+    QFETCH(quint64, limit);
+    QFETCH(QByteArray, reason);
     makeFile(path("source/file"), noise(3'000'000));
     QProcess process;
     m_run->prepare(process, m_words);
-    process.setChildProcessModifier([] {
-        const rlimit limit = {1'000'000, 1'000'000};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
+    process.setChildProcessModifier([limited, limit] {
+        const rlimit both = {limit, limit};
+        ::setrlimit(static_cast<__rlimit_resource>(limited), &both);
     });
     process.start();
     const DiskImageRun::Outcome outcome = DiskImageRun::finish(process);
-    QVERIFY2(outcome.failedWith("out/old.iso: File too large"), outcome.text().constData());
+    QVERIFY2(outcome.failedWith("out/old.iso: " + reason), outcome.text().constData());
     QVERIFY(onlyOldImage());
+}
+
+void DiskImageFailureTest::noticeThatNobodyReads_data()
+{
+    QTest::addColumn<bool>("pipe");
+    QTest::newRow("full disk") << false;
+    QTest::newRow("closed pipe") << true;
+}
+
+// No failure, after which the old image would have to be there.
+void DiskImageFailureTest::noticeThatNobodyReads()
+{
+    QFETCH(bool, pipe);
+    QProcess process;
+    m_run->prepare(process, {"makehybrid", "-ov", "-o", "out/old.iso", "source"});
+    process.setChildProcessModifier([pipe] {
+        std::array<int, 2> ends = {-1, pipe ? -1 : ::open("/dev/full", O_WRONLY)};
+        if (pipe && ::pipe(ends.data()) == 0)
+            ::close(ends[0]);
+        ::dup2(ends[1], STDOUT_FILENO);
+    });
+    process.start();
+    QCOMPARE(DiskImageRun::finish(process).text(), QByteArray("status 0, output , errors "));
+    QVERIFY(readFile(path("out/old.iso")).size() > 2048);
 }
 
 void DiskImageFailureTest::folderThatCannotBeWrittenTo()

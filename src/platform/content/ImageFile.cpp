@@ -87,8 +87,13 @@ Result<> ImageFile::open()
 {
     const QByteArray folder = folderOf(m_path);
     m_descriptor = ::open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
-    if (m_descriptor >= 0)
-        return Done{};
+    if (m_descriptor >= 0) {
+        // Without the process's list of files it could not be given a name.
+        if (::access(descriptorPath(m_descriptor).constData(), F_OK) == 0)
+            return Done{};
+        ::close(m_descriptor);
+        return openNamed();
+    }
     // Not every file system has files without a name.
     if (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL)
         return openNamed();
@@ -121,12 +126,25 @@ Result<> ImageFile::finish()
     if (m_existing == Existing::Replaced)
         return replace();
     // Both refuse a name that somebody else took meanwhile.
-    if (m_temporary.isEmpty())
-        return linkAs(m_path);
-    if (::renameat2(AT_FDCWD, m_temporary.constData(), AT_FDCWD, m_path.constData(),
-                    RENAME_NOREPLACE)
-        != 0)
-        return fileFailure(m_path, errno);
+    return m_temporary.isEmpty() ? linkAs(m_path) : renameUnlessTaken();
+}
+
+Result<> ImageFile::renameUnlessTaken()
+{
+    const char *from = m_temporary.constData();
+    const char *to = m_path.constData();
+    if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) != 0) {
+        // Not every file system does that in one step, nor has it hard links.
+        if (errno != EINVAL && errno != ENOSYS)
+            return fileFailure(m_path, errno);
+        if (::link(from, to) == 0)
+            return Done{}; // and the temporary name goes with us
+        struct stat status = {};
+        if (errno == EEXIST || ::lstat(to, &status) == 0)
+            return fileFailure(m_path, EEXIST);
+        if (::rename(from, to) != 0)
+            return fileFailure(m_path, errno);
+    }
     m_temporary.clear();
     return Done{};
 }

@@ -46,6 +46,7 @@ class DiskImageFailureTest : public QObject
     [[nodiscard]] QByteArray path(const QByteArray &name) const { return m_run->path(name); }
     void without(const char *features);
     [[nodiscard]] bool onlyOldImage() const;
+    pid_t startWriting(QProcess &process) const;
 
     std::unique_ptr<DiskImageRun> m_run;
     const QByteArrayList m_words{"makehybrid", "-ov", "-quiet", "-o", "out/old.iso", "source"};
@@ -57,6 +58,7 @@ private Q_SLOTS:
     void signalled_data();
     void signalled();
     void ignoredSignalStaysIgnored();
+    void twoAtATime();
     void poorFileSystems_data();
     void poorFileSystems();
     void shrinkingSource_data();
@@ -92,6 +94,21 @@ bool DiskImageFailureTest::onlyOldImage() const
            && readFile(path("out/old.iso")) == "the image that was there";
 }
 
+// Returns when a part of the image, of 300 MB, is written.
+pid_t DiskImageFailureTest::startWriting(QProcess &process) const
+{
+    const QByteArray content = noise(30'000'000);
+    for (int i = 0; i < 10; ++i)
+        makeFile(path("source/") + QByteArray::number(i), content);
+    m_run->prepare(process, m_words);
+    process.start();
+    process.waitForStarted();
+    const auto id = static_cast<pid_t>(process.processId());
+    while (!writesIn(id, path("out")) && process.state() == QProcess::Running)
+        process.waitForFinished(1);
+    return id;
+}
+
 void DiskImageFailureTest::signalled_data()
 {
     QTest::addColumn<int>("signal");
@@ -111,16 +128,8 @@ void DiskImageFailureTest::signalled()
     QFETCH(bool, nameless);
     if (!nameless)
         without("tmpfile");
-    const QByteArray content = noise(30'000'000);
-    for (int i = 0; i < 10; ++i)
-        makeFile(path("source/") + QByteArray::number(i), content);
     QProcess process;
-    m_run->prepare(process, m_words);
-    process.start();
-    QVERIFY(process.waitForStarted());
-    const auto id = static_cast<pid_t>(process.processId());
-    while (!writesIn(id, path("out")) && process.state() == QProcess::Running)
-        process.waitForFinished(1);
+    const pid_t id = startWriting(process);
     ::kill(id, SIGUSR1); // neither ends it nor keeps the next one from doing so
     ::kill(id, signal);
     const DiskImageRun::Outcome outcome = DiskImageRun::finish(process);
@@ -130,31 +139,39 @@ void DiskImageFailureTest::signalled()
         QVERIFY(onlyOldImage());
         return;
     }
-    // The one case in which something stays: it tells whose it is.
+    // The one case in which something stays: it tells whose it is, and the next run removes it.
     QCOMPARE(process.exitStatus(), QProcess::CrashExit);
     QCOMPARE(readFile(path("out/old.iso")), QByteArray("the image that was there"));
     const QByteArrayList names = m_run->names("out");
     QCOMPARE(names.size(), 2);
     QVERIFY(names.first().startsWith(".maplorn-diskimage-") && names.first().endsWith(".part"));
+    makeFolder(path("empty"));
+    QCOMPARE(m_run->run({"makehybrid", "-o", "out/new.iso", "empty"}).exitCode, 0);
+    QCOMPARE(m_run->names("out"), (QByteArrayList{"new.iso", "old.iso"}));
 }
 
 // As nohup has it: who started the program said that it should go on.
 void DiskImageFailureTest::ignoredSignalStaysIgnored()
 {
-    const QByteArray content = noise(30'000'000);
-    for (int i = 0; i < 5; ++i)
-        makeFile(path("source/") + QByteArray::number(i), content);
     QProcess process;
-    m_run->prepare(process, m_words);
     process.setChildProcessModifier([] { std::signal(SIGHUP, SIG_IGN); });
-    process.start();
-    QVERIFY(process.waitForStarted());
-    const auto id = static_cast<pid_t>(process.processId());
-    while (!writesIn(id, path("out")) && process.state() == QProcess::Running)
-        process.waitForFinished(1);
-    ::kill(id, SIGHUP);
+    ::kill(startWriting(process), SIGHUP);
     QCOMPARE(DiskImageRun::finish(process).text(), QByteArray("status 0, output , errors "));
-    QVERIFY(readFile(path("out/old.iso")).size() > 5 * content.size());
+    QVERIFY(readFile(path("out/old.iso")).size() > 300'000'000);
+}
+
+// The file of the first looks like one that was left behind.
+void DiskImageFailureTest::twoAtATime()
+{
+    without("tmpfile");
+    makeFolder(path("empty"));
+    QProcess process;
+    const pid_t id = startWriting(process);
+    ::kill(id, SIGSTOP);
+    QCOMPARE(m_run->run({"makehybrid", "-o", "out/new.iso", "empty"}).exitCode, 0);
+    ::kill(id, SIGCONT);
+    QCOMPARE(DiskImageRun::finish(process).text(), QByteArray("status 0, output , errors "));
+    QCOMPARE(m_run->names("out"), (QByteArrayList{"new.iso", "old.iso"}));
 }
 
 void DiskImageFailureTest::poorFileSystems_data()

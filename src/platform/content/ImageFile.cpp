@@ -1,8 +1,7 @@
 #include "ImageFile.h"
 
 #include "SourceFile.h"
-
-#include <QRandomGenerator>
+#include "TemporaryName.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -20,13 +19,6 @@ QByteArray folderOf(const QByteArray &path)
 {
     const qsizetype slash = path.lastIndexOf('/');
     return slash < 0 ? QByteArray(".") : path.first(std::max<qsizetype>(slash, 1));
-}
-
-// Not the image's own name with something added, since that may be as long as a name can be.
-QByteArray temporaryName(const QByteArray &path)
-{
-    const quint64 number = QRandomGenerator::system()->generate64();
-    return folderOf(path) + "/.maplorn-diskimage-" + QByteArray::number(number, 36) + ".part";
 }
 
 // What linkat() and rename() need of a file that has no name yet.
@@ -102,14 +94,19 @@ Result<> ImageFile::open()
 
 Result<> ImageFile::openNamed()
 {
-    do {
-        m_temporary = temporaryName(m_path);
+    TemporaryName::removeLeftovers(folderOf(m_path));
+    for (;;) {
+        m_temporary = TemporaryName::make(folderOf(m_path));
         m_descriptor = ::open(m_temporary.constData(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode);
-    } while (m_descriptor < 0 && errno == EEXIST);
-    if (m_descriptor >= 0)
-        return Done{};
-    m_temporary.clear();
-    return fileFailure(m_path, errno);
+        if (m_descriptor >= 0 && TemporaryName::lock(m_descriptor))
+            return Done{};
+        if (m_descriptor >= 0) {
+            ::close(m_descriptor);
+        } else if (errno != EEXIST) {
+            m_temporary.clear();
+            return fileFailure(m_path, errno);
+        }
+    }
 }
 
 Result<> ImageFile::write(const TrackContent &content, const Advance &advance) const
@@ -165,7 +162,7 @@ Result<> ImageFile::replace()
         if (::lstat(m_path.constData(), &status) != 0 && linkAs(m_path))
             return Done{};
         // A name can be taken away from another file by renaming only.
-        const QByteArray name = temporaryName(m_path);
+        const QByteArray name = TemporaryName::make(folderOf(m_path));
         if (Result<> linked = linkAs(name); !linked)
             return linked;
         m_temporary = name;

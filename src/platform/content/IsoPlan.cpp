@@ -94,18 +94,21 @@ QString shortened(const QString &volumeName)
     return name;
 }
 
-Result<QByteArray> readMetadata(burn_source *source, qint64 length)
+using Metadata = std::shared_ptr<const PackedBlocks>;
+
+Result<Metadata> readMetadata(burn_source *source, qint64 length)
 {
-    QByteArray metadata(length, Qt::Uninitialized);
-    constexpr qint64 piece = 1'048'576; // bytes
+    auto metadata = std::make_shared<PackedBlocks>();
+    QByteArray piece(512 * PackedBlocks::blockSize, Qt::Uninitialized);
     for (qint64 done = 0; done < length;) {
-        const auto wanted = static_cast<int>(std::min(piece, length - done));
-        auto *to = reinterpret_cast<unsigned char *>(metadata.data() + done);
-        if (source->read_xt(source, to, wanted) != wanted)
+        const auto wanted = static_cast<int>(std::min(piece.size(), length - done));
+        if (source->read_xt(source, reinterpret_cast<unsigned char *>(piece.data()), wanted)
+            != wanted)
             return Failure{QStringLiteral("The image's folders could not be made")};
+        metadata->append(QByteArrayView(piece).first(wanted));
         done += wanted;
     }
-    return metadata;
+    return Metadata(std::move(metadata));
 }
 
 Result<IsoPlan> planOf(Library &library, IsoImage *image, IsoKind kind)
@@ -120,14 +123,14 @@ Result<IsoPlan> planOf(Library &library, IsoImage *image, IsoKind kind)
         return made.failure();
     uint32_t dataStart = 0;
     iso_write_opts_get_data_start(options.get(), &dataStart, 0);
-    Result<QByteArray> metadata =
-        readMetadata(source.get(), qint64(dataStart) * TrackContent::blockSize);
+    Result<Metadata> metadata =
+        readMetadata(source.get(), qint64(dataStart) * PackedBlocks::blockSize);
     if (const Result<> quiet = library.check(0); !quiet)
         return quiet.failure();
     if (!metadata)
         return metadata.failure();
     return IsoPlan{
-        std::move(metadata.value()), source->get_size(source.get()) / TrackContent::blockSize, {}};
+        std::move(metadata.value()), source->get_size(source.get()) / PackedBlocks::blockSize, {}};
 }
 
 }

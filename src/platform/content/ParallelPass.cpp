@@ -20,7 +20,7 @@ Extent clipped(Extent extent, qint64 from, qint64 to)
     const qint64 length = std::min(to, endOf(extent)) - extent.start - cut;
     if (cut == 0 && length == extent.length)
         return extent;
-    if (extent.path.isEmpty())
+    if (!extent.bytes.isEmpty())
         extent.bytes = QByteArray::fromRawData(extent.bytes.constData() + cut, length);
     extent.start += cut;
     extent.fileOffset += cut;

@@ -58,15 +58,18 @@ Result<> TrackPass::addZerosUpTo(qint64 position)
 
 Result<> TrackPass::addBytes(const Extent &extent)
 {
-    Q_ASSERT(extent.length == extent.bytes.size());
+    Q_ASSERT(extent.blocks || extent.length == extent.bytes.size());
     for (qint64 done = 0; done < extent.length;) {
         if (m_fill == chunkSize) {
             if (Result<> flushed = flush(); !flushed)
                 return flushed;
         }
         const qint64 length = std::min(extent.length - done, chunkSize - m_fill);
-        std::memcpy(m_buffer.get() + m_fill, extent.bytes.constData() + done,
-                    static_cast<size_t>(length));
+        if (extent.blocks)
+            extent.blocks->read(m_buffer.get() + m_fill, extent.fileOffset + done, length);
+        else
+            std::memcpy(m_buffer.get() + m_fill, extent.bytes.constData() + done,
+                        static_cast<size_t>(length));
         m_fill += length;
         done += length;
     }

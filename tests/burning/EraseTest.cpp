@@ -4,6 +4,7 @@
 #include "DescribedRecorder.h"
 #include "EraseViewController.h"
 #include "JobLog.h"
+#include "MediaTypes.h"
 #include "Session.h"
 #include "VirtualDrive.h"
 #include "WindowTestMain.h"
@@ -150,12 +151,11 @@ void EraseTest::erasesEveryKindOfMedium_data()
     QTest::addColumn<int>("eraseType");
     QTest::addColumn<bool>("eject");
 
-    for (const QLatin1StringView type :
-         {DRDeviceMediaTypeCDRW, DRDeviceMediaTypeDVDRW, DRDeviceMediaTypeDVDPlusRW,
-          DRDeviceMediaTypeDVDRAM, DRDeviceMediaTypeBDRE})
+    for (const MediaType &medium : MediaTypes::all())
         for (const int eraseType : {0, 1})
-            QTest::addRow("%s %d", type.data(), eraseType)
-                << QString(type) << eraseType << (eraseType == 1);
+            if (VirtualDrive::isRewritable(medium))
+                QTest::addRow("%s %d", medium.name.data(), eraseType)
+                    << QString(medium.type) << eraseType << (eraseType == 1);
 }
 
 void EraseTest::erasesEveryKindOfMedium()

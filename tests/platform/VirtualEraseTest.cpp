@@ -1,5 +1,6 @@
 #include "BurnRun.h"
 #include "DRKeys.h"
+#include "MediaTypes.h"
 #include "TestMain.h"
 #include "VirtualDrive.h"
 
@@ -58,15 +59,9 @@ void VirtualEraseTest::whatCanBeErased_data()
 {
     QTest::addColumn<QString>("type");
     QTest::addColumn<bool>("erasable");
-    const auto row = [](QLatin1StringView type, bool erasable) {
-        QTest::newRow(type.data()) << QString(type) << erasable;
-    };
-    row(DRDeviceMediaTypeCDR, false);
-    row(DRDeviceMediaTypeCDRW, true);
-    row(DRDeviceMediaTypeDVDPlusRDoubleLayer, false);
-    row(DRDeviceMediaTypeDVDRAM, true);
-    row(DRDeviceMediaTypeBDR, false);
-    row(DRDeviceMediaTypeBDRE, true);
+    for (const MediaType &medium : MediaTypes::all())
+        QTest::newRow(medium.name.data())
+            << QString(medium.type) << VirtualDrive::isRewritable(medium);
 }
 
 void VirtualEraseTest::whatCanBeErased()

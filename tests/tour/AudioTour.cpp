@@ -3,6 +3,7 @@
 #include "DRDevice.h"
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
 #include <QProcess>

@@ -15,8 +15,8 @@ private:
     using TourSteps::TourSteps;
 
     using Steps = void (MessagesTour::*)();
-    static void runSession(const QString &shots, const QString &user, const QString &password,
-                           Steps steps);
+    static void runSession(const QString &shots, Steps steps);
+    void signIn(const QString &user, const QString &password) const;
 
     void ask();
     void answerAndPublish();

@@ -18,11 +18,12 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
 QStringList seenAlerts;
-bool alertsAreHeld = false;
+std::function<void()> alertAction;
 constexpr int aPage = 3 * 1000; // ms that a web page may take to be drawn
 
 }
@@ -53,16 +54,18 @@ QMessageBox *alert()
 void closeAlert()
 {
     QMessageBox *box = alert();
-    if (!box || alertsAreHeld)
+    if (!box)
         return;
+    if (const auto action = std::exchange(alertAction, nullptr))
+        action();
     say(QStringLiteral("Alert: %1 %2").arg(box->text(), box->informativeText()));
     seenAlerts.append(box->text());
     box->accept();
 }
 
-void holdAlerts(bool hold)
+void atNextAlert(const std::function<void()> &action)
 {
-    alertsAreHeld = hold;
+    alertAction = action;
 }
 
 const QStringList &alertsSoFar()

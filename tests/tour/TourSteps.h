@@ -24,8 +24,8 @@ void require(bool condition, const QString &otherwise);
 // The alert that stands in the way; null without one. Closes it, and notes its message.
 [[nodiscard]] QMessageBox *alert();
 void closeAlert();
-// Alerts stay until closeAlert is called with them held no more.
-void holdAlerts(bool hold);
+// Done once, while the next alert is open: the tour itself waits until an alert has gone.
+void atNextAlert(const std::function<void()> &action);
 [[nodiscard]] const QStringList &alertsSoFar();
 
 class TourSteps

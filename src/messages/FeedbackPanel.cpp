@@ -15,6 +15,10 @@ namespace {
 const QString insertOperation = QStringLiteral("INSERT");
 const QString updateOperation = QStringLiteral("UPDATE");
 
+// Of text, that the sheet is high at first.
+constexpr int askedLines = 15;
+constexpr int answeredLines = 26;
+
 QString text(const char *key)
 {
     return localized("Feedback", key);
@@ -69,7 +73,8 @@ void FeedbackPanel::fill(const FeedbackJson &feedback, bool showsAnswer)
     m_ui->askedRow->setVisible(m_operation == updateOperation);
     m_ui->answerBox->setVisible(showsAnswer);
     allowWhatIsAllowed();
-    resize(width(), sizeHint().height());
+    const int lines = showsAnswer ? answeredLines : askedLines;
+    resize(width(), lines * fontMetrics().lineSpacing());
 }
 
 bool FeedbackPanel::isAnswered() const

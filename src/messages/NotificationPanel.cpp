@@ -52,6 +52,7 @@ void NotificationPanel::present(const NotificationJson &notification)
 
 void NotificationPanel::fill(const NotificationJson &notification)
 {
+    const bool isRoot = Session::isRoot();
     m_notification = notification;
     m_ui->titleField->setText(notification.Title);
     m_ui->bodyField->setPlainText(notification.Body);
@@ -60,10 +61,14 @@ void NotificationPanel::fill(const NotificationJson &notification)
     // Whom it is for concerns nobody else.
     for (QWidget *control : std::initializer_list<QWidget *>{m_ui->businessContinentPopup,
                                                              m_ui->countryPopup, m_ui->enabledCB})
-        m_ui->panelBoxLayout->setRowVisible(control, Session::isRoot());
-    m_ui->saveButton->setVisible(Session::isRoot());
+        m_ui->panelBoxLayout->setRowVisible(control, isRoot);
+    m_ui->saveButton->setVisible(isRoot);
+    m_ui->cancelButton->setText(isRoot ? text("&Cancel") : text("&Close"));
     setAllStatus(true);
-    m_ui->titleField->setFocus();
+    if (isRoot)
+        m_ui->titleField->setFocus();
+    else
+        m_ui->cancelButton->setFocus();
     open();
 }
 

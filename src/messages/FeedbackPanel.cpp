@@ -19,11 +19,6 @@ const QString updateOperation = QStringLiteral("UPDATE");
 constexpr int askedLines = 15;
 constexpr int answeredLines = 26;
 
-QString text(const char *key)
-{
-    return localized("Feedback", key);
-}
-
 QString loggedUserID()
 {
     return Session::getLoggedUserxJson().value_or(UserxJson()).ID;
@@ -110,8 +105,8 @@ bool FeedbackPanel::verify()
 {
     return runChecks({
         {[this] { return m_ui->questionTextView->toPlainText().isEmpty(); },
-         text("Question cannot be null."), text("Please enter the Question."),
-         m_ui->questionTextView},
+         localized("Feedback", "Question cannot be null."),
+         localized("Feedback", "Please enter the Question."), m_ui->questionTextView},
     });
 }
 
@@ -155,7 +150,8 @@ void FeedbackPanel::save()
         accept();
         Q_EMIT saved();
     } else {
-        MiscTool::showAlert(text("Failed to save."), text("Please try again later."));
+        MiscTool::showAlert(localized("Feedback", "Failed to save."),
+                            localized("Feedback", "Please try again later."));
     }
 }
 

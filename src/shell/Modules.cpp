@@ -2,6 +2,7 @@
 
 #include "BurnAudioViewController.h"
 #include "BurnDataViewController.h"
+#include "ChangePwdViewController.h"
 #include "ComingPage.h"
 #include "DMGViewController.h"
 #include "EraseViewController.h"
@@ -44,7 +45,8 @@ constexpr std::array modules{
     Module{QT_TRANSLATE_NOOP("ViewController", "Erase"), "eraseDisc32", &made<EraseViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "DMG"), "dmg32", &made<DMGViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "ISO"), "iso32", &made<ISOViewController>},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Password"), "password32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Password"), "password32",
+           &made<ChangePwdViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Profile"), "profile32", &coming},
     Module{QT_TRANSLATE_NOOP("ViewController", "Notification"), "inventory32",
            &made<NotificationViewController>},

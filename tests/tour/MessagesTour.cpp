@@ -1,6 +1,5 @@
 #include "MessagesTour.h"
 
-#include "BLSync.h"
 #include "RecordTable.h"
 
 #include <QLineEdit>
@@ -8,8 +7,6 @@
 
 namespace {
 
-const QString companyEmail = QStringLiteral("office@company.example");
-const QString companyPassword = QStringLiteral("Abcdef1!");
 const QString questionText = QStringLiteral("How do I write a disc that others can add to?");
 const QString answerText = QStringLiteral("Tick “Appendable” on the Data page before you burn.");
 const QString noticeTitle = QStringLiteral("A new version");
@@ -17,50 +14,29 @@ const QString noticeBody = QStringLiteral("It burns audio discs with titles in e
                                           "Please tell us how you like it.");
 const QString continent = QStringLiteral("Europe");
 
-void makeCompany()
-{
-    say(QStringLiteral("Making a company"));
-    CompanyJson company;
-    company.Email = companyEmail;
-    company.Namex = QStringLiteral("Company Ltd.");
-    company.BusinessContinent = continent;
-    company.Country = QStringLiteral("Germany");
-    company.IsEnabled = QStringLiteral("1");
-    const BLSyncCompany companies;
-    require(companies.insert(company), QStringLiteral("no company"));
-    const auto rows = companies.select(QStringLiteral("Email='%1'").arg(companyEmail));
-    require(rows.has_value(), QStringLiteral("the company is not there"));
-    UserxJson user;
-    user.CompanyID = CompanyJson::getJson(rows->first()).ID;
-    user.Userx = companyEmail;
-    user.Passwordx = companyPassword;
-    user.FirstName = QStringLiteral("Anna");
-    user.LastName = QStringLiteral("Example");
-    user.UserGroupID = QStringLiteral("0");
-    user.IsAdmin = QStringLiteral("1");
-    user.IsEnabled = QStringLiteral("1");
-    require(BLSyncUserx().insert(user), QStringLiteral("no user"));
 }
 
-}
-
-void MessagesTour::runSessions(const QString &shots)
+void MessagesTour::runSessions(const QString &shots, const QString &user, const QString &password)
 {
-    makeCompany();
-    runSession(shots, &MessagesTour::ask);
-    runSession(shots, &MessagesTour::answerAndPublish);
-    runSession(shots, &MessagesTour::seeThem);
-}
-
-void MessagesTour::runSession(const QString &shots, Steps steps)
-{
-    ViewController window;
-    window.show();
-    require(QTest::qWaitForWindowExposed(&window), QStringLiteral("no window"));
-    MessagesTour tour(window, shots);
-    tour.closeNotice();
-    (tour.*steps)();
-    tour.signOut();
+    runSession<MessagesTour>(shots, [&](MessagesTour &tour) {
+        tour.signIn(user, password);
+        tour.ask();
+        tour.signOut();
+    });
+    runSession<MessagesTour>(shots, [](MessagesTour &tour) {
+        const qsizetype alerts = alertsSoFar().size();
+        tour.signIn(QStringLiteral("root"), QStringLiteral("kvex"));
+        require(alertsSoFar().size() == alerts, QStringLiteral("root gets a notification"));
+        tour.answerAndPublish();
+        tour.signOut();
+    });
+    runSession<MessagesTour>(shots, [&](MessagesTour &tour) {
+        atNextAlert([&tour] { tour.shoot(QStringLiteral("notification-pop-up")); });
+        tour.signIn(user, password);
+        require(alertsSoFar().last() == noticeTitle, QStringLiteral("no notification pops up"));
+        tour.seeThem();
+        tour.signOut();
+    });
 }
 
 void MessagesTour::signIn(const QString &user, const QString &password) const
@@ -71,7 +47,6 @@ void MessagesTour::signIn(const QString &user, const QString &password) const
 
 void MessagesTour::ask()
 {
-    signIn(companyEmail, companyPassword);
     say(QStringLiteral("Asking a question"));
     openModule(QStringLiteral("Support"));
     click(find<QPushButton>("addButton"));
@@ -84,9 +59,6 @@ void MessagesTour::ask()
 
 void MessagesTour::answerAndPublish()
 {
-    const qsizetype alerts = alertsSoFar().size();
-    signIn(QStringLiteral("root"), QStringLiteral("kvex"));
-    require(alertsSoFar().size() == alerts, QStringLiteral("root gets a notification"));
     answerQuestion();
     publish();
 }
@@ -125,9 +97,6 @@ void MessagesTour::publish() const
 
 void MessagesTour::seeThem()
 {
-    atNextAlert([this] { shoot(QStringLiteral("notification-pop-up")); });
-    signIn(companyEmail, companyPassword);
-    require(alertsSoFar().last() == noticeTitle, QStringLiteral("no notification pops up"));
     openModule(QStringLiteral("Notification"));
     waitForRows("tableView", 1);
     openRow("tableView");

@@ -8,14 +8,13 @@
 class MessagesTour : public TourSteps
 {
 public:
-    // All sessions, each with a window of its own. Root is there already.
-    static void runSessions(const QString &shots);
+    // All sessions, each with a window of its own. Root is there already, and so is the company's
+    // user, in Europe.
+    static void runSessions(const QString &shots, const QString &user, const QString &password);
 
 private:
     using TourSteps::TourSteps;
 
-    using Steps = void (MessagesTour::*)();
-    static void runSession(const QString &shots, Steps steps);
     void signIn(const QString &user, const QString &password) const;
 
     void ask();

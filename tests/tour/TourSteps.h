@@ -34,6 +34,18 @@ public:
     TourSteps(ViewController &window, const QString &shots);
 
 protected:
+    // A session of the program with a window of its own, from the sheet to sign in on.
+    template <typename Tour, typename Steps>
+    static void runSession(const QString &shots, const Steps &steps)
+    {
+        ViewController window;
+        window.show();
+        require(QTest::qWaitForWindowExposed(&window), QStringLiteral("no window"));
+        Tour tour(window, shots);
+        tour.closeNotice();
+        steps(tour);
+    }
+
     template <typename Control>
     Control *find(const char *name) const
     {

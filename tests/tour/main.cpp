@@ -1,8 +1,10 @@
 // The unattended tour: drives the real window as a person would, by its controls. Signs in, shows
 // every module, burns a folder with verification and an audio CD with titles in two languages,
-// erases that, makes disc images of the folder, signs out; then a company asks, root answers and
-// publishes, and the company sees it. Prints what it does, and leaves screenshots.
+// erases that, makes disc images of the folder, signs out; then a company registers, changes its
+// password and asks, root answers and publishes, the company sees it and recovers its password.
+// Prints what it does, and leaves screenshots.
 //   maplorn-tour FOLDER SHOTS
+#include "AccountTour.h"
 #include "AppDelegate.h"
 #include "AudioTour.h"
 #include "DRKeys.h"
@@ -203,7 +205,9 @@ int main(int argc, char **argv)
     try {
         require(bool(ownService), QStringLiteral("no service"));
         Tour(window, folder, shots).run();
-        MessagesTour::runSessions(shots);
+        AccountTour::registerCompany(shots);
+        MessagesTour::runSessions(shots, AccountTour::user, AccountTour::password);
+        AccountTour::recoverPassword(shots);
     } catch (const std::exception &failure) {
         say(QStringLiteral("The tour failed: %1").arg(QString::fromUtf8(failure.what())));
         return 1;

@@ -9,29 +9,50 @@
 
 namespace {
 
-struct Texts
+struct Question
 {
     const char *group;
+    QString CompanyJson::*question;
+    QString CompanyJson::*answer;
     const char *noQuestion;
     const char *chooseQuestion;
+    const char *wrongQuestion;
+    const char *correctQuestion;
     const char *noAnswer;
     const char *enterAnswer;
+    const char *wrongAnswer;
+    const char *correctAnswer;
 };
 
-// The table of each page with questions has these texts.
-constexpr std::array<Texts, SecurityQuestions::count> texts{{
-    {"Group1", QT_TRANSLATE_NOOP("Register", "The first security question cannot be null."),
-     QT_TRANSLATE_NOOP("Register", "Please choose the first security question."),
-     QT_TRANSLATE_NOOP("Register", "The first answer cannot be null."),
-     QT_TRANSLATE_NOOP("Register", "Please enter the first answer.")},
-    {"Group2", QT_TRANSLATE_NOOP("Register", "The second security question cannot be null."),
-     QT_TRANSLATE_NOOP("Register", "Please choose the second security question."),
-     QT_TRANSLATE_NOOP("Register", "The second answer cannot be null."),
-     QT_TRANSLATE_NOOP("Register", "Please enter the second answer.")},
-    {"Group3", QT_TRANSLATE_NOOP("Register", "The third security question cannot be null."),
-     QT_TRANSLATE_NOOP("Register", "Please choose the third security question."),
-     QT_TRANSLATE_NOOP("Register", "The third answer cannot be null."),
-     QT_TRANSLATE_NOOP("Register", "Please enter the third answer.")},
+// Their texts stand in the table of each page with questions.
+constexpr std::array<Question, SecurityQuestions::count> questions{{
+    {"Group1", &CompanyJson::Question1, &CompanyJson::Answer1,
+     QT_TRANSLATE_NOOP("Forgot", "The first security question cannot be null."),
+     QT_TRANSLATE_NOOP("Forgot", "Please choose the first security question."),
+     QT_TRANSLATE_NOOP("Forgot", "The first security question is wrong."),
+     QT_TRANSLATE_NOOP("Forgot", "Please choose the correct first question."),
+     QT_TRANSLATE_NOOP("Forgot", "The first answer cannot be null."),
+     QT_TRANSLATE_NOOP("Forgot", "Please enter the first answer."),
+     QT_TRANSLATE_NOOP("Forgot", "The first answer is wrong."),
+     QT_TRANSLATE_NOOP("Forgot", "Please correct the first answer.")},
+    {"Group2", &CompanyJson::Question2, &CompanyJson::Answer2,
+     QT_TRANSLATE_NOOP("Forgot", "The second security question cannot be null."),
+     QT_TRANSLATE_NOOP("Forgot", "Please choose the second security question."),
+     QT_TRANSLATE_NOOP("Forgot", "The second security question is wrong."),
+     QT_TRANSLATE_NOOP("Forgot", "Please choose the correct second question."),
+     QT_TRANSLATE_NOOP("Forgot", "The second answer cannot be null."),
+     QT_TRANSLATE_NOOP("Forgot", "Please enter the second answer."),
+     QT_TRANSLATE_NOOP("Forgot", "The second answer is wrong."),
+     QT_TRANSLATE_NOOP("Forgot", "Please correct the second answer.")},
+    {"Group3", &CompanyJson::Question3, &CompanyJson::Answer3,
+     QT_TRANSLATE_NOOP("Forgot", "The third security question cannot be null."),
+     QT_TRANSLATE_NOOP("Forgot", "Please choose the third security question."),
+     QT_TRANSLATE_NOOP("Forgot", "The third security question is wrong."),
+     QT_TRANSLATE_NOOP("Forgot", "Please choose the correct third question."),
+     QT_TRANSLATE_NOOP("Forgot", "The third answer cannot be null."),
+     QT_TRANSLATE_NOOP("Forgot", "Please enter the third answer."),
+     QT_TRANSLATE_NOOP("Forgot", "The third answer is wrong."),
+     QT_TRANSLATE_NOOP("Forgot", "Please correct the third answer.")},
 }};
 
 }
@@ -61,11 +82,22 @@ void SecurityQuestions::goToAnswer(std::size_t number, int index)
         answerField(number)->setFocus();
 }
 
-void SecurityQuestions::select(std::size_t number, const QString &question, const QString &answer)
+void SecurityQuestions::show(const CompanyJson &company)
 {
-    PopUps::select(popUp(number), m_bundleUtil.indexOfSecurityQuestion(
-                                      QLatin1StringView(texts.at(number).group), question));
-    answerField(number)->setText(answer);
+    for (std::size_t i = 0; i < count; ++i) {
+        const Question &stored = questions.at(i);
+        PopUps::select(popUp(i), m_bundleUtil.indexOfSecurityQuestion(
+                                     QLatin1StringView(stored.group), company.*stored.question));
+        answerField(i)->setText(company.*stored.answer);
+    }
+}
+
+void SecurityQuestions::store(CompanyJson &company) const
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        company.*questions.at(i).question = question(i);
+        company.*questions.at(i).answer = answer(i);
+    }
 }
 
 QStringList SecurityQuestions::group(std::size_t number) const
@@ -101,24 +133,45 @@ QLineEdit *SecurityQuestions::answerField(std::size_t number) const
     return m_controls.at(number).answerField;
 }
 
-Check SecurityQuestions::questionCheck(std::size_t number, const char *table) const
+Check SecurityQuestions::isChosen(std::size_t number, const char *table) const
 {
     return {[this, number] { return question(number).isNull(); },
-            localized(table, texts.at(number).noQuestion),
-            localized(table, texts.at(number).chooseQuestion), popUp(number)};
+            localized(table, questions.at(number).noQuestion),
+            localized(table, questions.at(number).chooseQuestion), popUp(number)};
 }
 
-Check SecurityQuestions::answerCheck(std::size_t number, const char *table) const
+Check SecurityQuestions::isAnswered(std::size_t number, const char *table) const
 {
     return {[this, number] { return answer(number).isEmpty(); },
-            localized(table, texts.at(number).noAnswer),
-            localized(table, texts.at(number).enterAnswer), answerField(number)};
+            localized(table, questions.at(number).noAnswer),
+            localized(table, questions.at(number).enterAnswer), answerField(number)};
 }
 
 QList<Check> SecurityQuestions::checks(const char *table) const
 {
     QList<Check> all;
     for (std::size_t i = 0; i < count; ++i)
-        all << questionCheck(i, table) << answerCheck(i, table);
+        all << isChosen(i, table) << isAnswered(i, table);
+    return all;
+}
+
+QList<Check> SecurityQuestions::checks(const char *table,
+                                       const std::optional<CompanyJson> &company) const
+{
+    QList<Check> all;
+    for (std::size_t i = 0; i < count; ++i) {
+        const Question &texts = questions.at(i);
+        const auto differs = [&company](QString CompanyJson::*stored, const QString &given) {
+            return !company || (*company).*stored != given;
+        };
+        all << isChosen(i, table)
+            << Check{[=, this] { return differs(texts.question, question(i)); },
+                     localized(table, texts.wrongQuestion), localized(table, texts.correctQuestion),
+                     popUp(i)}
+            << isAnswered(i, table)
+            << Check{[=, this] { return differs(texts.answer, answer(i)); },
+                     localized(table, texts.wrongAnswer), localized(table, texts.correctAnswer),
+                     answerField(i)};
+    }
     return all;
 }

@@ -3,10 +3,12 @@
 #pragma once
 
 #include "Checks.h"
+#include "Records.h"
 
 #include <QObject>
 
 #include <array>
+#include <optional>
 
 class BundleUtil;
 class QComboBox;
@@ -30,21 +32,16 @@ public:
     // Fills the pop-ups that have no items yet.
     void initQuestionPopUp();
 
-    // By the stored texts; a question that is not in its group is not selected.
-    void select(std::size_t number, const QString &question, const QString &answer);
+    // The company's questions and answers; a question that is not in its group is not selected.
+    void show(const CompanyJson &company);
+    // Questions are kept as they stand in the lists, whatever the language.
+    void store(CompanyJson &company) const;
 
-    // Of question 0, 1 or 2: the question as it is stored, null where none is chosen; its answer.
-    [[nodiscard]] QString question(std::size_t number) const;
-    [[nodiscard]] QString answer(std::size_t number) const;
-
-    [[nodiscard]] QComboBox *popUp(std::size_t number) const;
-    [[nodiscard]] QLineEdit *answerField(std::size_t number) const;
-
-    // That a question is chosen, and that it is answered. The texts are of the page's table.
-    [[nodiscard]] Check questionCheck(std::size_t number, const char *table) const;
-    [[nodiscard]] Check answerCheck(std::size_t number, const char *table) const;
-    // Both of every question, in order.
+    // That each question is chosen and answered. The texts are of the page's table.
     [[nodiscard]] QList<Check> checks(const char *table) const;
+    // That each is chosen and answered as the company did; where there is none, none is right.
+    [[nodiscard]] QList<Check> checks(const char *table,
+                                      const std::optional<CompanyJson> &company) const;
 
 private:
     void question1PopUpButtonAction(int index) { goToAnswer(0, index); }
@@ -53,6 +50,13 @@ private:
     void goToAnswer(std::size_t number, int index);
 
     [[nodiscard]] QStringList group(std::size_t number) const;
+    [[nodiscard]] QString question(std::size_t number) const; // null where none is chosen
+    [[nodiscard]] QString answer(std::size_t number) const;
+    [[nodiscard]] QComboBox *popUp(std::size_t number) const;
+    [[nodiscard]] QLineEdit *answerField(std::size_t number) const;
+
+    [[nodiscard]] Check isChosen(std::size_t number, const char *table) const;
+    [[nodiscard]] Check isAnswered(std::size_t number, const char *table) const;
 
     BundleUtil &m_bundleUtil;
     std::array<Controls, count> m_controls;

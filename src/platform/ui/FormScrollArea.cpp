@@ -1,8 +1,8 @@
 #include "FormScrollArea.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
-#include <QDateEdit>
 #include <QEvent>
 #include <QScrollBar>
 
@@ -12,33 +12,40 @@ FormScrollArea::FormScrollArea(QWidget *parent)
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    qApp->installEventFilter(this);
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget *, QWidget *now) { reveal(now); });
+}
+
+bool FormScrollArea::holds(const QObject *object) const
+{
+    const auto *control = qobject_cast<const QWidget *>(object);
+    return control && widget() && widget()->isAncestorOf(control);
 }
 
 // Moving the focus by the keyboard would show it anyway; a check that moves it would not.
 void FormScrollArea::reveal(QWidget *focused)
 {
-    if (focused && widget() && widget()->isAncestorOf(focused))
+    if (holds(focused))
         ensureWidgetVisible(focused);
 }
 
-void FormScrollArea::showEvent(QShowEvent *event)
-{
-    QScrollArea::showEvent(event);
-    if (!widget())
-        return;
-    for (QWidget *control : widget()->findChildren<QWidget *>())
-        if (qobject_cast<QComboBox *>(control) || qobject_cast<QDateEdit *>(control))
-            control->installEventFilter(this);
-}
-
+// Of the application, since pages come and go: a wheel event that is ignored goes on to what holds
+// the control.
 bool FormScrollArea::eventFilter(QObject *object, QEvent *event)
 {
-    if (event->type() != QEvent::Wheel)
-        return QScrollArea::eventFilter(object, event);
-    event->ignore(); // left to what holds the control
-    return true;
+    const bool wouldChange =
+        event->type() == QEvent::Wheel
+        && (qobject_cast<QComboBox *>(object) || qobject_cast<QAbstractSpinBox *>(object))
+        && holds(object);
+    if (wouldChange)
+        event->ignore();
+    return wouldChange || QScrollArea::eventFilter(object, event);
+}
+
+bool FormScrollArea::isWidthOfForm() const
+{
+    return widget() && horizontalScrollBarPolicy() == Qt::ScrollBarAlwaysOff;
 }
 
 QSize FormScrollArea::withBar(const QSize &form) const
@@ -49,13 +56,13 @@ QSize FormScrollArea::withBar(const QSize &form) const
 // As large as the form; where the screen is smaller, the window makes it so.
 QSize FormScrollArea::sizeHint() const
 {
-    return widget() ? withBar(widget()->sizeHint()) : QScrollArea::sizeHint();
+    return isWidthOfForm() ? withBar(widget()->sizeHint()) : QScrollArea::sizeHint();
 }
 
 QSize FormScrollArea::minimumSizeHint() const
 {
     const QSize least = QScrollArea::minimumSizeHint();
-    if (!widget())
+    if (!isWidthOfForm())
         return least;
     return {withBar(widget()->minimumSizeHint()).width(), least.height()};
 }

@@ -1,6 +1,6 @@
-// Holds a form that may be taller than its window. The control with the focus is always in sight,
-// the wheel scrolls and changes no control that it passes over, and the form is never narrower than
-// it needs. Main thread.
+// Holds a form that may be taller than its window. A control that gets the focus comes into sight,
+// the wheel scrolls and changes no control that it passes over, and the window is never narrower
+// than the form, unless the form scrolls to the sides too. Main thread.
 #pragma once
 
 #include <QScrollArea>
@@ -17,9 +17,10 @@ public:
 
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;
-    void showEvent(QShowEvent *event) override;
 
 private:
     void reveal(QWidget *focused);
+    [[nodiscard]] bool holds(const QObject *object) const;
+    [[nodiscard]] bool isWidthOfForm() const;
     [[nodiscard]] QSize withBar(const QSize &form) const;
 };

@@ -22,20 +22,22 @@ void Waiting::run(const SetAllStatus &setAllStatus, const std::function<void()> 
     m_setAllStatus = setAllStatus;
     m_focus = m_page->window()->focusWidget();
     m_setAllStatus(false);
-    MainQueue::async(m_page, [this, work] {
+    MainQueue::async(m_page, [this, work, run = ++m_runs] {
         m_loadingView->show();
         work();
-        end();
+        if (run == m_runs)
+            end();
     });
 }
 
 bool Waiting::passes(const QList<Check> &checks)
 {
     const Check *failure = firstFailure(checks);
+    if (!failure)
+        return true;
     end();
-    if (failure)
-        tell(*failure);
-    return !failure;
+    tell(*failure);
+    return false;
 }
 
 void Waiting::end()

@@ -20,11 +20,10 @@ public:
     void run(const SetAllStatus &setAllStatus, const std::function<void()> &work);
     [[nodiscard]] bool isOn() const { return m_setAllStatus != nullptr; }
 
-    // Within the work: runs the checks, and ends the waiting before one that fails is told, or
-    // before it returns true.
+    // Within the work: runs the checks; the waiting ends before one that fails is told.
     [[nodiscard]] bool passes(const QList<Check> &checks);
 
-    // Within the work, where it goes on without waiting. Otherwise the end of the work is the end.
+    // Before the end of the work, which ends it anyway; the work may then run more.
     void end();
 
 private:
@@ -32,4 +31,5 @@ private:
     QWidget *m_loadingView;
     SetAllStatus m_setAllStatus; // null while it is off
     QPointer<QWidget> m_focus;   // that had the focus before
+    int m_runs = 0;
 };

@@ -90,6 +90,21 @@ void TourSteps::waitFor(const std::function<bool()> &condition, const QString &o
     require(QTest::qWaitFor(condition, time), otherwise);
 }
 
+void TourSteps::waitForAlert(const QString &message, const std::function<void()> &action)
+{
+    const qsizetype before = alertsSoFar().size();
+    action();
+    waitFor([&] { return alertsSoFar().size() > before && !alert(); },
+            QStringLiteral("nothing says “%1”").arg(message), burned);
+    require(alertsSoFar().last() == message,
+            QStringLiteral("the alert says “%1”").arg(alertsSoFar().last()));
+}
+
+void TourSteps::clickForAlert(const char *button, const QString &message) const
+{
+    waitForAlert(message, [this, button] { click(find<QWidget>(button)); });
+}
+
 void TourSteps::shoot(const QString &name) const
 {
     QTest::qWait(50);

@@ -72,6 +72,11 @@ protected:
     // Chooses the item of a pop-up as a person would.
     void pick(const char *popUp, const QString &title) const;
 
+    // Waits until one more alert than before the action has come and gone, and requires it to say
+    // this.
+    static void waitForAlert(const QString &message, const std::function<void()> &action);
+    void clickForAlert(const char *button, const QString &message) const;
+
     void openModule(const QString &name) const;
     [[nodiscard]] QMessageBox *question() const;
     void answer(QMessageBox::StandardButton button) const;

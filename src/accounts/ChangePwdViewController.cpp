@@ -63,12 +63,8 @@ std::array<QLineEdit *, 3> ChangePwdViewController::passwordFields() const
 
 void ChangePwdViewController::setPasswordsEditable(bool editable)
 {
-    for (QLineEdit *field : passwordFields()) {
-        field->setReadOnly(!editable);
-        field->setPalette({});
-        if (!editable)
-            Fields::setBackground(field, palette().color(QPalette::Window));
-    }
+    for (QLineEdit *field : passwordFields())
+        Fields::setReadOnly(field, !editable);
 }
 
 void ChangePwdViewController::passwordCBAction()

@@ -68,6 +68,7 @@ private Q_SLOTS:
     void erasesEveryKindOfMedium();
     void failureLeavesTheControls();
     void cancelErasesNothing();
+    void burnBeforeIsKept();
 
 private:
     void show()
@@ -216,6 +217,24 @@ void EraseTest::cancelErasesNothing()
     erase(alerts, QMessageBox::Cancel);
     QTRY_VERIFY(alerts.isDone());
     QVERIFY(!m_drive->device().mediaIsBlank() && !Session::isWorking());
+}
+
+// An erase that waited for the burn's end would take the disc that was just made.
+void EraseTest::burnBeforeIsKept()
+{
+    DRBurn burn = DRBurn::initWithDevice(m_drive->device());
+    burn.setRequestedBurnSpeed(706); // KB/s: it runs still when the erase is started
+    const JobLog log(burn);
+    burn.writeLayout(DRBurn::layoutForImageFile(m_drive->makeSource(QStringLiteral("a"), 4 << 20)));
+    show();
+    AlertRecorder alerts;
+    erase(alerts);
+    QTRY_COMPARE_WITH_TIMEOUT(control<QGroupBox>("stateBox")->title(), QStringLiteral("Failed"),
+                              patience);
+    QCOMPARE(control<QGroupBox>("progressBox")->toolTip(), QStringLiteral("The recorder is busy."));
+    QVERIFY(!log.states().contains(QString(DRStatusStateDone)));
+    burn.abort();
+    QVERIFY(log.waitForEnd());
 }
 
 MAPLORN_WINDOW_TEST_MAIN(EraseTest)

@@ -75,10 +75,10 @@ Result<TrackContent> IsoImage::fromPath(const QByteArray &folder, const QString 
     if (extents && kind == IsoKind::Hybrid) {
         const Result<QList<Extent>> tail = HfsPlusTail::extents(plan.value().metadata);
         if (!tail)
-            return tail.failure();
+            return fileFailure(path.value(), tail.error());
         extents.value().append(tail.value());
     }
     if (!extents)
-        return extents.failure();
+        return fileFailure(path.value(), extents.error());
     return TrackContent(std::move(extents.value()), plan.value().blockCount);
 }

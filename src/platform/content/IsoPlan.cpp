@@ -1,7 +1,7 @@
 #include "IsoPlan.h"
 
 #include "IsoOptions.h"
-#include "TrackContent.h"
+#include "SourceFile.h"
 
 #include <QTextBoundaryFinder>
 
@@ -138,20 +138,21 @@ Result<IsoPlan> IsoPlan::fromFolder(const QByteArray &folder, const QString &vol
     std::unique_lock lock(libraryMutex, std::defer_lock);
     while (!lock.try_lock_for(std::chrono::milliseconds(50))) {
         if (stop.stop_requested())
-            return Failure{qt_error_string(ECANCELED)};
+            return fileFailure(folder, ECANCELED);
     }
     Library library;
     const QByteArray name = shortened(volumeName).toUtf8();
     IsoImage *created = nullptr;
     const int result = iso_image_new(name.constData(), &created);
     if (const Result<> made = library.check(result); !made)
-        return made.failure();
+        return fileFailure(folder, made.error());
     const Image image(created);
     FolderScan scan(stop);
     if (const Result<> scanned = scan.run(folder, iso_image_get_root(image.get())); !scanned)
         return scanned.failure();
     Result<IsoPlan> plan = planOf(library, image.get(), kind);
-    if (plan)
-        plan.value().files = scan.files();
+    if (!plan)
+        return fileFailure(folder, plan.error());
+    plan.value().files = scan.files();
     return plan;
 }

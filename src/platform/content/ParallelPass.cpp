@@ -1,6 +1,7 @@
 #include "ParallelPass.h"
 
 #include <algorithm>
+#include <exception>
 #include <thread>
 
 namespace {
@@ -56,12 +57,22 @@ void ParallelPass::divide(qint64 byteCount)
 
 Result<> ParallelPass::run(const MakeSink &makeSink)
 {
+    std::exception_ptr thrown;
     {
         std::jthread other;
         if (m_parts.size() > 1 && std::thread::hardware_concurrency() > 1)
-            other = std::jthread([this, &makeSink] { work(*makeSink()); });
+            other = std::jthread([this, &makeSink, &thrown] {
+                try {
+                    work(*makeSink());
+                } catch (...) { // no memory
+                    m_failed = true;
+                    thrown = std::current_exception();
+                }
+            });
         work(*makeSink());
     }
+    if (thrown)
+        std::rethrow_exception(thrown);
     return m_result;
 }
 

@@ -1,7 +1,6 @@
 #include "HttpServer.h"
 
-#include "TableService.h"
-#include "WebPages.h"
+#include "HttpRequest.h"
 
 #include <QThread>
 
@@ -21,10 +20,9 @@ namespace {
 constexpr unsigned idleTime = 15; // s that a connection may be silent
 constexpr unsigned mostConnections = 4000;
 constexpr unsigned reservedFiles = 100; // for the database and the log
-constexpr auto longestArrival = std::chrono::seconds(60);
 constexpr auto longestEnding = std::chrono::seconds(10);
 
-// As many as the files that this process may open leave room for.
+// As many as the files that this process may open leave room for; each may use one of the store.
 unsigned connectionLimit()
 {
     rlimit files{};
@@ -33,104 +31,10 @@ unsigned connectionLimit()
     files.rlim_cur = files.rlim_max;
     ::setrlimit(RLIMIT_NOFILE, &files);
     ::getrlimit(RLIMIT_NOFILE, &files);
-    if (files.rlim_cur <= 2 * reservedFiles)
+    if (files.rlim_cur <= 3 * reservedFiles)
         return reservedFiles;
-    return static_cast<unsigned>(std::min<rlim_t>(mostConnections, files.rlim_cur - reservedFiles));
-}
-
-struct Answer
-{
-    unsigned status = MHD_HTTP_OK;
-    QByteArray body = "false";
-    const char *type = "application/json";
-};
-
-// What is known of a request while it arrives. Those alive are counted: the end waits for them.
-struct Request
-{
-    explicit Request(std::atomic_int &count)
-        : alive(count)
-    {
-        ++alive;
-    }
-    ~Request() { --alive; }
-    Request(const Request &) = delete;
-    Request &operator=(const Request &) = delete;
-
-    std::atomic_int &alive;
-    std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
-    QByteArray body;
-};
-
-// Takes as long wherever the texts differ.
-bool isSame(const QByteArray &given, const QByteArray &wanted)
-{
-    unsigned difference = given.size() == wanted.size() ? 0 : 1;
-    for (qsizetype i = 0; i < given.size(); ++i)
-        difference |=
-            static_cast<unsigned char>(given.at(i))
-            ^ static_cast<unsigned char>(wanted.isEmpty() ? 1 : wanted.at(i % wanted.size()));
-    return difference == 0;
-}
-
-QByteArray argument(MHD_Connection *connection, const char *name)
-{
-    return {MHD_lookup_connection_value(connection, MHD_GET_ARGUMENT_KIND, name)};
-}
-
-// The path behind the context; null where it does not begin with it.
-std::optional<QByteArray> pathOf(const ServerSettings &settings, const char *url)
-{
-    const QByteArray path(url);
-    if (!path.startsWith(QByteArray(settings.context + '/')))
-        return std::nullopt;
-    return path.sliced(settings.context.size() + 1);
-}
-
-const Table *tableOf(const QByteArray &path)
-{
-    constexpr QByteArrayView suffix("Service");
-    if (!path.endsWith(suffix))
-        return nullptr;
-    return Tables::find(QString::fromLatin1(path.chopped(suffix.size())));
-}
-
-bool announcesTooMuch(MHD_Connection *connection)
-{
-    const char *length =
-        MHD_lookup_connection_value(connection, MHD_HEADER_KIND, MHD_HTTP_HEADER_CONTENT_LENGTH);
-    return length && QByteArray(length).toLongLong() > HttpServer::longestBody;
-}
-
-// What the head alone is refused with, before any of the body is kept; null where it is good.
-std::optional<Answer> refusal(const ServerSettings &settings, MHD_Connection *connection,
-                              const std::optional<QByteArray> &path, const QByteArray &method)
-{
-    if (!path)
-        return Answer{.status = MHD_HTTP_NOT_FOUND};
-    if (!tableOf(*path)) {
-        if (!WebPages::page(*path))
-            return Answer{.status = MHD_HTTP_NOT_FOUND};
-        if (method != MHD_HTTP_METHOD_GET && method != MHD_HTTP_METHOD_HEAD)
-            return Answer{.status = MHD_HTTP_METHOD_NOT_ALLOWED};
-        return std::nullopt;
-    }
-    if (method != MHD_HTTP_METHOD_POST)
-        return Answer{.status = MHD_HTTP_METHOD_NOT_ALLOWED};
-    if (!isSame(argument(connection, "servicePassword"), settings.password)) {
-        qWarning("a call with a wrong password was refused");
-        return Answer{.status = MHD_HTTP_FORBIDDEN};
-    }
-    if (announcesTooMuch(connection))
-        return Answer{.status = MHD_HTTP_CONTENT_TOO_LARGE};
-    return std::nullopt;
-}
-
-Answer answerTo(MHD_Connection *connection, const QByteArray &path, const QByteArray &body)
-{
-    if (const Table *table = tableOf(path))
-        return {.body = TableService::answer(*table, argument(connection, "operation"), body)};
-    return {.body = WebPages::page(path).value_or("false"), .type = "text/html; charset=utf-8"};
+    return static_cast<unsigned>(
+        std::min<rlim_t>(mostConnections, (files.rlim_cur - reservedFiles) / 2));
 }
 
 void release(void *body)
@@ -138,15 +42,34 @@ void release(void *body)
     delete static_cast<QByteArray *>(body);
 }
 
-MHD_Result send(MHD_Connection *connection, const Answer &answer, bool isLast)
+// The library closes the file.
+MHD_Response *fileResponse(FileTree::File &file)
 {
-    auto *body = new QByteArray(answer.body);
-    MHD_Response *response = MHD_create_response_from_buffer_with_free_callback_cls(
+    MHD_Response *response =
+        MHD_create_response_from_fd64(static_cast<std::uint64_t>(file.size), file.descriptor.get());
+    if (response)
+        (void)file.descriptor.release();
+    return response;
+}
+
+MHD_Response *bodyResponse(const QByteArray &bytes)
+{
+    auto *body = new QByteArray(bytes);
+    return MHD_create_response_from_buffer_with_free_callback_cls(
         static_cast<std::size_t>(body->size()), body->data(), &release, body);
+}
+
+MHD_Result send(MHD_Connection *connection, Answer answer, bool isLast)
+{
+    MHD_Response *response = answer.file ? fileResponse(*answer.file) : bodyResponse(answer.body);
+    if (!response)
+        return MHD_NO;
     MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, answer.type);
     if (isLast)
         MHD_add_response_header(response, MHD_HTTP_HEADER_CONNECTION, "close");
     MHD_add_response_header(response, "X-Content-Type-Options", "nosniff");
+    if (answer.isAttachment)
+        MHD_add_response_header(response, "Content-Disposition", "attachment");
     const MHD_Result queued = MHD_queue_response(connection, answer.status, response);
     MHD_destroy_response(response);
     return queued;
@@ -157,31 +80,33 @@ MHD_Result handle(void *self, MHD_Connection *connection, const char *url, const
                   const char *, const char *data, std::size_t *size, void **state)
 {
     auto &server = *static_cast<HttpServer *>(self);
-    const std::optional<QByteArray> path = pathOf(server.settings(), url);
-    auto *request = static_cast<Request *>(*state);
+    auto *request = static_cast<HttpRequest *>(*state);
     if (!request) {
-        *state = new Request(server.running());
+        request = new HttpRequest(server, connection, url);
+        *state = request;
         if (server.isClosed())
             return MHD_NO;
-        const std::optional<Answer> refused = refusal(server.settings(), connection, path, method);
-        return refused ? send(connection, *refused, server.isEnding()) : MHD_YES;
+        std::optional<Answer> refused = request->refusal(method);
+        return refused ? send(connection, std::move(*refused), server.isEnding()) : MHD_YES;
     }
     if (*size > 0) {
-        if (request->body.size() + static_cast<qsizetype>(*size) > HttpServer::longestBody
-            || std::chrono::steady_clock::now() - request->begin > longestArrival)
+        if (!request->take(data, *size))
             return MHD_NO; // closes the connection: nobody waits for the rest
-        request->body.append(data, static_cast<qsizetype>(*size));
         *size = 0;
         return MHD_YES;
     }
-    const Answer answer =
-        path ? answerTo(connection, *path, request->body) : Answer{.status = MHD_HTTP_NOT_FOUND};
-    return send(connection, answer, server.isEnding());
+    return send(connection, request->answer(), server.isEnding());
+}
+
+// Texts are decoded where they are used: here "%2F" would become a separator, and "%00" an end.
+std::size_t leaveEncoded(void *, MHD_Connection *, char *text)
+{
+    return std::strlen(text);
 }
 
 void forget(void *, MHD_Connection *, void **state, MHD_RequestTerminationCode)
 {
-    delete static_cast<Request *>(*state);
+    delete static_cast<HttpRequest *>(*state);
     *state = nullptr;
 }
 
@@ -207,8 +132,9 @@ sockaddr_storage socketAddress(const ServerSettings &settings)
 
 }
 
-HttpServer::HttpServer(const ServerSettings &settings)
+HttpServer::HttpServer(const ServerSettings &settings, const FileTree &files)
     : m_settings(settings)
+    , m_files(files)
 {
 }
 
@@ -231,9 +157,10 @@ HttpServer::~HttpServer()
         ::close(listening);
 }
 
-Result<std::unique_ptr<HttpServer>> HttpServer::start(const ServerSettings &settings)
+Result<std::unique_ptr<HttpServer>> HttpServer::start(const ServerSettings &settings,
+                                                      const FileTree &files)
 {
-    std::unique_ptr<HttpServer> server(new HttpServer(settings));
+    std::unique_ptr<HttpServer> server(new HttpServer(settings, files));
     const sockaddr_storage address = socketAddress(settings);
     unsigned flags = MHD_USE_EPOLL_INTERNAL_THREAD | MHD_USE_ITC;
     if (settings.address.protocol() == QAbstractSocket::IPv6Protocol)
@@ -244,7 +171,7 @@ Result<std::unique_ptr<HttpServer>> HttpServer::start(const ServerSettings &sett
         flags, settings.port, nullptr, nullptr, &handle, server.get(), MHD_OPTION_SOCK_ADDR,
         &address, MHD_OPTION_THREAD_POOL_SIZE, threads, MHD_OPTION_CONNECTION_LIMIT,
         connectionLimit(), MHD_OPTION_CONNECTION_TIMEOUT, idleTime, MHD_OPTION_NOTIFY_COMPLETED,
-        &forget, nullptr, MHD_OPTION_END);
+        &forget, nullptr, MHD_OPTION_UNESCAPE_CALLBACK, &leaveEncoded, nullptr, MHD_OPTION_END);
     if (!server->m_daemon)
         return Failure{QStringLiteral("cannot listen on %1, port %2: %3")
                            .arg(settings.address.toString())

@@ -1,5 +1,4 @@
-// The service's door: HTTP on a pool of threads. Refuses what is too long, unknown or without the
-// password; the body of every refusal is "false". Made and destroyed on the main thread.
+// The service's door: HTTP on a pool of threads. Made and destroyed on the main thread.
 #pragma once
 
 #include "Result.h"
@@ -10,23 +9,24 @@
 #include <atomic>
 #include <memory>
 
+class FileTree;
 struct MHD_Daemon;
 
 struct ServerSettings
 {
     QHostAddress address;
-    quint16 port = 0;    // 0: any free one
-    QByteArray context;  // path that all addresses begin with: "" or "/app"
-    QByteArray password; // that table calls carry
+    quint16 port = 0;                // 0: any free one
+    QByteArray context;              // path that all addresses begin with: "" or "/app"
+    QByteArray password;             // that calls carry
+    qint64 longestFile = 64LL << 20; // bytes of a file of the store
 };
 
 class HttpServer
 {
 public:
-    // Bytes of a body: a record whose largest value is 64 Ki characters, encoded, fits.
-    static constexpr qsizetype longestBody = 1 << 20;
-
-    [[nodiscard]] static Result<std::unique_ptr<HttpServer>> start(const ServerSettings &settings);
+    // The files outlive the server.
+    [[nodiscard]] static Result<std::unique_ptr<HttpServer>> start(const ServerSettings &settings,
+                                                                   const FileTree &files);
 
     HttpServer(const HttpServer &) = delete;
     HttpServer &operator=(const HttpServer &) = delete;
@@ -35,6 +35,7 @@ public:
 
     [[nodiscard]] quint16 port() const;
     [[nodiscard]] const ServerSettings &settings() const { return m_settings; }
+    [[nodiscard]] const FileTree &files() const { return m_files; }
 
     // How many requests are being taken in and answered now; any thread.
     [[nodiscard]] std::atomic_int &running() { return m_running; }
@@ -42,9 +43,10 @@ public:
     [[nodiscard]] bool isClosed() const { return m_isClosed; }
 
 private:
-    explicit HttpServer(const ServerSettings &settings);
+    HttpServer(const ServerSettings &settings, const FileTree &files);
 
     ServerSettings m_settings;
+    const FileTree &m_files;
     MHD_Daemon *m_daemon = nullptr;
     std::atomic_int m_running = 0;
     std::atomic_bool m_isEnding = false; // connections are closed after their answer

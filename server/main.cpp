@@ -1,5 +1,6 @@
-// maplorn-service: keeps the tables of Maplorn Disc and serves its web pages.
+// maplorn-service: keeps the tables and files of Maplorn Disc and serves its web pages.
 #include "Database.h"
+#include "FileTree.h"
 #include "HttpServer.h"
 
 #include <QCommandLineParser>
@@ -63,7 +64,13 @@ Result<Options> optionsOf(const QCommandLineParser &parser)
     Options options;
     options.folder = parser.value(QStringLiteral("data"));
     if (options.folder.isEmpty())
-        return Failure{QStringLiteral("--data is missing: the folder that holds the database")};
+        return Failure{
+            QStringLiteral("--data is missing: the folder that holds the database and the files")};
+    const QString mebibytes = parser.value(QStringLiteral("max-file-size"));
+    const uint fileSize = mebibytes.toUInt();
+    if (fileSize == 0)
+        return Failure{QStringLiteral("%1: not a size in MiB").arg(mebibytes)};
+    options.server.longestFile = static_cast<qint64>(fileSize) << 20;
     const QString address = parser.value(QStringLiteral("address"));
     if (!options.server.address.setAddress(address))
         return Failure{QStringLiteral("%1: not an address").arg(address)};
@@ -116,7 +123,11 @@ int serve(const Options &options, int signals)
 {
     if (const Result<> prepared = Database::prepare(options.folder); !prepared)
         return fail(prepared.error());
-    const Result<std::unique_ptr<HttpServer>> server = HttpServer::start(options.server);
+    const Result<FileTree> files = FileTree::open(options.folder + QStringLiteral("/files"));
+    if (!files)
+        return fail(files.error());
+    const Result<std::unique_ptr<HttpServer>> server =
+        HttpServer::start(options.server, files.value());
     if (!server)
         return fail(server.error());
     qInfo("listening on %s, port %d", qUtf8Printable(options.server.address.toString()),
@@ -147,16 +158,19 @@ int main(int argc, char **argv)
     qSetMessagePattern(QStringLiteral("%{time yyyy-MM-dd HH:mm:ss} maplorn-service: %{message}"));
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
-        "Keeps the tables of Maplorn Disc in an SQLite database and serves its web pages."));
+        "Keeps the tables of Maplorn Disc in an SQLite database, and its files in a folder, and "
+        "serves its web pages."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions({
-        option("data", "The folder that holds the database; made if it is missing.", "folder"),
+        option("data", "The folder that holds the database and the files; made if it is missing.",
+               "folder"),
         option("address", "The address to listen on (127.0.0.1).", "address", "127.0.0.1"),
         option("port", "The port to listen on (8765); 0 for any free one.", "port",
                std::to_string(defaultPort).c_str()),
         option("context", "The path that all addresses begin with (none).", "path"),
         option("password-file", "A file whose first line is the password of the service.", "file"),
+        option("max-file-size", "The largest file that is stored, in MiB (64).", "MiB", "64"),
         option("child", "For the application: reads the password from standard input, prints the "
                         "port, and ends when standard input ends."),
     });

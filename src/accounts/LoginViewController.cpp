@@ -2,9 +2,12 @@
 
 #include "Alerts.h"
 #include "Checks.h"
+#include "Fields.h"
+#include "ForgotViewController.h"
 #include "Initialization.h"
 #include "Localized.h"
 #include "MainQueue.h"
+#include "RegisterViewController.h"
 #include "ServerPanel.h"
 #include "Session.h"
 #include "ui_Login.h"
@@ -22,9 +25,10 @@ QString permissionOf(const UserxJson &user)
     return permission;
 }
 
-void tellToCome(const QString &what)
+void openSheet(QDialog *sheet)
 {
-    MiscTool::showAlert(what, localized("Login", "This comes with a later version."));
+    sheet->setAttribute(Qt::WA_DeleteOnClose);
+    sheet->open();
 }
 
 }
@@ -34,9 +38,7 @@ LoginViewController::LoginViewController(QWidget *parent)
     , m_ui(std::make_unique<Ui::Login>())
 {
     m_ui->setupUi(this);
-    QSizePolicy keepsItsPlace = m_ui->loadingView->sizePolicy();
-    keepsItsPlace.setRetainSizeWhenHidden(true);
-    m_ui->loadingView->setSizePolicy(keepsItsPlace);
+    Fields::keepPlaceWhenHidden(m_ui->loadingView);
     m_ui->loadingView->hide();
     // On the main window: the sheet below is disabled or waits while the panel is open.
     m_panel = std::make_unique<ServerPanel>(this);
@@ -100,12 +102,14 @@ void LoginViewController::setAllStatus(bool enabled)
 
 void LoginViewController::forgotPasswordAction()
 {
-    tellToCome(localized("Login", "Forgot Password"));
+    openSheet(ForgotViewController::getViewController(this));
 }
 
 void LoginViewController::registerAction()
 {
-    tellToCome(localized("Login", "Register"));
+    auto *sheet = RegisterViewController::getViewController(this);
+    connect(sheet, &QDialog::accepted, this, &LoginViewController::viewWillAppear);
+    openSheet(sheet);
 }
 
 void LoginViewController::serverAction()

@@ -1,5 +1,6 @@
 #include "BLSync.h"
 
+#include "Replies.h"
 #include "ServiceAddress.h"
 #include "ServiceCall.h"
 #include "WhereClauseJson.h"
@@ -7,9 +8,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-
-#include <algorithm>
-#include <limits>
 
 namespace {
 
@@ -24,21 +22,6 @@ QString query(const QString &where, const QString &index = {}, const QString &st
     clause.Index = index;
     clause.Step = step;
     return clause.toJsonStr();
-}
-
-// As many as fit, where there are more digits than any count has.
-qint64 leadingNumber(const QString &text)
-{
-    qint64 number = 0;
-    for (const QChar c : text) {
-        if (c < u'0' || c > u'9')
-            break;
-        const int digit = c.unicode() - u'0';
-        if (number > (std::numeric_limits<qint64>::max() - digit) / 10)
-            return std::numeric_limits<qint64>::max();
-        number = number * 10 + digit;
-    }
-    return number;
 }
 
 }
@@ -60,7 +43,8 @@ bool BLSyncAbstract::remove(const QString &where) const
 
 qint64 BLSyncAbstract::getCount(const QString &where) const
 {
-    return leadingNumber(sendSyncRequest(query(where), MiscTool::getCountURL(getService())));
+    return MiscTool::leadingNumber(
+        sendSyncRequest(query(where), MiscTool::getCountURL(getService())));
 }
 
 std::optional<QList<QVariantMap>> BLSyncAbstract::select(const QString &where, const QString &index,
@@ -93,10 +77,6 @@ QString BLSyncAbstract::getService() const
 // The service reads as many bytes as the text has UTF-16 units, and answers in ASCII.
 QString BLSyncAbstract::sendSyncRequest(const QString &json, const QUrl &url)
 {
-    const std::optional<QByteArray> reply =
-        ServiceCall::send(MiscTool::getURLRequest(url, json.toUtf8().left(json.size())));
-    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-    if (!reply || !std::ranges::all_of(*reply, isAscii))
-        return {};
-    return QString::fromLatin1(*reply);
+    return MiscTool::replyText(
+        ServiceCall::send(MiscTool::getURLRequest(url, json.toUtf8().left(json.size()))));
 }

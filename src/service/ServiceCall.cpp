@@ -2,16 +2,17 @@
 
 #include "MainQueue.h"
 
+#include <QBuffer>
 #include <QCoreApplication>
 #include <QEvent>
 #include <QEventLoop>
+#include <QFile>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QPointer>
 #include <QTimer>
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
@@ -70,8 +71,10 @@ QNetworkAccessManager &network()
 class BodyOnce : public QIODevice
 {
 public:
-    explicit BodyOnce(const QByteArray &body)
-        : m_body(body)
+    // The next bytes of the source, so many. A source that ends before ends the call.
+    BodyOnce(QIODevice &source, qint64 size)
+        : m_source(source)
+        , m_left(size)
     {
         open(ReadOnly | Unbuffered);
     }
@@ -79,41 +82,51 @@ public:
     [[nodiscard]] bool isSequential() const override { return true; }
     [[nodiscard]] qint64 bytesAvailable() const override
     {
-        return m_body.size() - m_done + QIODevice::bytesAvailable();
+        return m_left + QIODevice::bytesAvailable();
     }
 
 protected:
     qint64 readData(char *data, qint64 maxSize) override
     {
-        const qint64 size = std::min<qint64>(maxSize, m_body.size() - m_done);
-        if (size == 0)
+        const qint64 size = m_source.read(data, std::min(maxSize, m_left));
+        if (size <= 0)
             return -1;
-        std::memcpy(data, m_body.constData() + m_done, static_cast<size_t>(size));
-        m_done += size;
+        m_left -= size;
         return size;
     }
     qint64 writeData(const char *, qint64) override { return -1; }
 
 private:
-    QByteArray m_body;
-    qsizetype m_done = 0;
+    QIODevice &m_source;
+    qint64 m_left;
 };
 
 bool isWaiting = false;
 quint64 taskThatTimedOut = 0;
 
-// Collects the reply; says whether it came whole.
+// What a call may take.
+struct Bounds
+{
+    std::optional<int> wholeTime; // ms
+    std::optional<qint64> size;   // bytes of the reply
+    bool needsLength = false;     // whether a reply that just ends counts as cut short
+};
+
+// Passes the reply's body on; says whether it came whole.
 class Reply : public QObject
 {
 public:
-    explicit Reply(QNetworkReply *reply)
+    Reply(QNetworkReply *reply, QIODevice &target, const Bounds &bounds)
         : m_reply(reply)
+        , m_target(target)
+        , m_bounds(bounds)
     {
         m_timer.setSingleShot(true);
         connect(&m_timer, &QTimer::timeout, this, &Reply::timeOut);
         m_wholeTimer.setSingleShot(true);
         connect(&m_wholeTimer, &QTimer::timeout, this, &Reply::timeOut);
-        m_wholeTimer.start(ServiceCall::limits().wholeTime);
+        if (bounds.wholeTime)
+            m_wholeTimer.start(*bounds.wholeTime);
         connect(reply, &QNetworkReply::requestSent, this, &Reply::goOn);
         connect(reply, &QNetworkReply::uploadProgress, this, &Reply::uploaded);
         connect(reply, &QNetworkReply::readyRead, this, &Reply::collect);
@@ -121,23 +134,34 @@ public:
         m_timer.start(ServiceCall::limits().connectTime);
     }
 
-    std::optional<QByteArray> wait()
+    // The size of the body.
+    std::optional<qint64> wait()
     {
         if (!m_reply->isFinished())
             m_loop.exec();
         m_timer.stop();
         m_wholeTimer.stop();
         collect();
-        const bool answered =
-            m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
-        const bool broken = m_reply->error() > QNetworkReply::NoError
-                            && m_reply->error() <= QNetworkReply::UnknownNetworkError;
-        if (!answered || broken || m_isTooLong)
-            return std::nullopt;
-        return m_body;
+        return m_isRefused || isBroken() || !hasItsLength() ? std::nullopt : std::optional(m_size);
     }
 
 private:
+    [[nodiscard]] bool isBroken() const
+    {
+        const QNetworkReply::NetworkError error = m_reply->error();
+        return !m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()
+               || (error > QNetworkReply::NoError && error <= QNetworkReply::UnknownNetworkError)
+               || (error >= QNetworkReply::ProtocolUnknownError
+                   && error <= QNetworkReply::ProtocolFailure);
+    }
+    // A body with neither a length nor chunks ends where the connection does, for whatever reason.
+    [[nodiscard]] bool hasItsLength() const
+    {
+        const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
+        if (length.isValid())
+            return length.toLongLong() == m_size;
+        return !m_bounds.needsLength || m_reply->hasRawHeader("Transfer-Encoding");
+    }
     void goOn() { m_timer.start(ServiceCall::limits().silentTime); }
     void uploaded(qint64 bytesSent)
     {
@@ -151,25 +175,67 @@ private:
     }
     void collect()
     {
-        if (m_isTooLong)
+        if (m_isRefused)
             return;
         if (!m_reply->isFinished())
             goOn();
-        m_body += m_reply->readAll();
-        if (m_body.size() > ServiceCall::limits().replySize) {
-            m_isTooLong = true;
-            m_body.clear();
-            m_reply->abort();
-        }
+        const QByteArray piece = m_reply->readAll();
+        m_size += piece.size();
+        if ((!m_bounds.size || m_size <= *m_bounds.size) && m_target.write(piece) == piece.size())
+            return;
+        m_isRefused = true;
+        m_reply->abort();
     }
 
     QNetworkReply *m_reply;
+    QIODevice &m_target;
+    Bounds m_bounds;
     QEventLoop m_loop;
     QTimer m_timer;
     QTimer m_wholeTimer;
-    QByteArray m_body;
-    bool m_isTooLong = false;
+    qint64 m_size = 0;
+    bool m_isRefused = false;
 };
+
+// Sends the body once, passes the reply's on to the target; its size.
+std::optional<qint64> perform(QNetworkRequest request, const QByteArray &method, QIODevice &body,
+                              qint64 bodySize, QIODevice &target, const Bounds &bounds)
+{
+    Q_ASSERT_X(!isWaiting, "ServiceCall", "a call inside a call");
+    const quint64 task = MainQueue::currentTask();
+    if (isWaiting || (task != 0 && task == taskThatTimedOut))
+        return std::nullopt;
+    isWaiting = true;
+    request.setRawHeader("Accept-Encoding", "identity");
+    request.setRawHeader("Content-Length", QByteArray::number(bodySize));
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+    std::optional<qint64> size;
+    {
+        const MainQueue::Hold hold;
+        const InputDiscarder discarder;
+        BodyOnce once(body, bodySize);
+        const std::unique_ptr<QNetworkReply> reply(
+            network().sendCustomRequest(request, method, &once));
+        // Unread bytes wait in the socket, so that an endless reply is not taken in unchecked.
+        reply->setReadBufferSize(1 << 20);
+        size = Reply(reply.get(), target, bounds).wait();
+    }
+    isWaiting = false;
+    return size;
+}
+
+// The reply, kept in memory.
+std::optional<QByteArray> answer(const QNetworkRequest &request, const QByteArray &method,
+                                 QIODevice &body, qint64 bodySize, std::optional<int> wholeTime)
+{
+    QBuffer reply;
+    reply.open(QIODevice::WriteOnly);
+    const Bounds bounds{.wholeTime = wholeTime, .size = ServiceCall::limits().replySize};
+    if (!perform(request, method, body, bodySize, reply, bounds))
+        return std::nullopt;
+    return reply.data();
+}
 
 }
 
@@ -190,25 +256,29 @@ ServiceCall::Limits &ServiceCall::limits()
 
 std::optional<QByteArray> ServiceCall::send(const ServiceRequest &request)
 {
-    Q_ASSERT_X(!isWaiting, "ServiceCall::send", "a call inside a call");
-    const quint64 task = MainQueue::currentTask();
-    if (isWaiting || (task != 0 && task == taskThatTimedOut))
-        return std::nullopt;
-    isWaiting = true;
-    QNetworkRequest sent = request.request;
-    sent.setRawHeader("Accept-Encoding", "identity");
-    sent.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    sent.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-    std::optional<QByteArray> answer;
-    {
-        const MainQueue::Hold hold;
-        const InputDiscarder discarder;
-        BodyOnce body(request.body);
-        const std::unique_ptr<QNetworkReply> reply(network().post(sent, &body));
-        // Unread bytes wait in the socket, so that an endless reply is not taken in unchecked.
-        reply->setReadBufferSize(1 << 20);
-        answer = Reply(reply.get()).wait();
-    }
-    isWaiting = false;
-    return answer;
+    QBuffer body;
+    body.setData(request.body);
+    body.open(QIODevice::ReadOnly);
+    return answer(request.request, "POST", body, body.size(), limits().wholeTime);
+}
+
+std::optional<QByteArray> ServiceCall::send(const QNetworkRequest &request, QFile &file)
+{
+    return answer(request, "POST", file, file.size(), std::nullopt);
+}
+
+std::optional<QByteArray> ServiceCall::get(const QUrl &url)
+{
+    QBuffer nothing;
+    nothing.open(QIODevice::ReadOnly);
+    return answer(QNetworkRequest(url), "GET", nothing, 0, limits().wholeTime);
+}
+
+std::optional<qint64> ServiceCall::fetch(const QUrl &url, QIODevice &target,
+                                         std::optional<qint64> longest)
+{
+    QBuffer nothing;
+    nothing.open(QIODevice::ReadOnly);
+    const Bounds bounds{.wholeTime = std::nullopt, .size = longest, .needsLength = true};
+    return perform(QNetworkRequest(url), "GET", nothing, 0, target, bounds);
 }

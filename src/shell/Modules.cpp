@@ -2,13 +2,16 @@
 
 #include "BurnAudioViewController.h"
 #include "BurnDataViewController.h"
+#include "ChangePwdViewController.h"
 #include "ComingPage.h"
 #include "DMGViewController.h"
 #include "EraseViewController.h"
+#include "FeedbackViewController.h"
 #include "HomeViewController.h"
 #include "ISOViewController.h"
 #include "Localized.h"
 #include "LogoutViewController.h"
+#include "NotificationViewController.h"
 #include "RateViewController.h"
 
 #include <array>
@@ -39,14 +42,16 @@ constexpr std::array modules{
            &made<BurnDataViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Music"), "burnMusic32",
            &made<BurnAudioViewController>},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Erase"), "eraseDisc32",
-           &made<EraseViewController>},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Erase"), "eraseDisc32", &made<EraseViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "DMG"), "dmg32", &made<DMGViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "ISO"), "iso32", &made<ISOViewController>},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Password"), "password32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Password"), "password32",
+           &made<ChangePwdViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Profile"), "profile32", &coming},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Notification"), "inventory32", &coming},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Support"), "settings32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Notification"), "inventory32",
+           &made<NotificationViewController>},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Support"), "settings32",
+           &made<FeedbackViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Rate"), "businessContinent32",
            &made<RateViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Logout"), "logout32", &made<LogoutViewController>},

@@ -1,7 +1,6 @@
 #include "ViewController.h"
 
 #include "Alerts.h"
-#include "ComingPage.h"
 #include "DRKeys.h"
 #include "DRNotificationCenter.h"
 #include "DeviceViewController.h"
@@ -11,6 +10,7 @@
 #include "MainQueue.h"
 #include "NoticeOfPreloginViewController.h"
 #include "NotificationPopUps.h"
+#include "PortalViewController.h"
 #include "Preferences.h"
 #include "RunningJobs.h"
 #include "Session.h"
@@ -290,7 +290,7 @@ void ViewController::makeMenus()
             });
     connect(m_ui->quitAction, &QAction::triggered, this, &QWidget::close);
     connect(m_ui->portalAction, &QAction::triggered, this, [this] {
-        showExtraPage(std::make_unique<ComingPage>(localized("ViewController", "Portal")));
+        showExtraPage(std::unique_ptr<Page>(PortalViewController::getViewController()));
     });
     connect(m_ui->aboutAction, &QAction::triggered, this, &ViewController::showAbout);
 }

@@ -1,8 +1,10 @@
 // Who gets past the window's gate, what pops up behind it, and how one signs out.
 #include "AlertRecorder.h"
 #include "BLSync.h"
+#include "Companies.h"
 #include "LoginViewController.h"
 #include "NoticeOfPreloginViewController.h"
+#include "NotificationPopUps.h"
 #include "Preferences.h"
 #include "RunningJobs.h"
 #include "ServiceFixture.h"
@@ -15,8 +17,27 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QStandardPaths>
 #include <QTreeWidget>
+
+namespace {
+
+void publish(const char *title, const char *country, const char *issuedTime,
+             const char *isEnabled = "1")
+{
+    NotificationJson notification;
+    notification.Title = QLatin1StringView(title);
+    notification.Body = QStringLiteral("body");
+    notification.Country = QLatin1StringView(country);
+    notification.IssuedTime = QLatin1StringView(issuedTime);
+    notification.IsEnabled = QLatin1StringView(isEnabled);
+    QVERIFY(BLSyncNotification().insert(notification));
+}
+
+}
 
 class SignInGateTest : public QObject
 {
@@ -30,6 +51,8 @@ private Q_SLOTS:
     void exitEndsTheProgram();
     void damagedSessionIsCleared();
     void notificationsPopUpOnce();
+    void eachUserHasItsOwnPopUps();
+    void popUpThatCannotBeMarkedComesAgain();
     void logoutAsksEachTime();
     void sessionIsPrivateAndOnTheDisk();
     void pageLanguages_data();
@@ -37,6 +60,7 @@ private Q_SLOTS:
 
 private:
     void signIn(const char *user) const;
+    void runOnDatabase(const char *statement) const;
     void show();
     [[nodiscard]] QTreeWidget *list() const
     {
@@ -134,24 +158,11 @@ void SignInGateTest::damagedSessionIsCleared()
 
 void SignInGateTest::notificationsPopUpOnce()
 {
-    CompanyJson company;
-    company.Email = QStringLiteral("anna");
-    company.BusinessContinent = QStringLiteral("Europe");
-    company.Country = QStringLiteral("Ivory Coast");
-    QVERIFY(BLSyncCompany().insert(company));
-    for (const auto &[title, country, time, isEnabled] :
-         {std::tuple("older", "", "2016-9-30 9:0:0", "1"),
-          std::tuple("newer", "Ivory Coast", "2016-10-1 9:0:0", "1"),
-          std::tuple("elsewhere", "China", "2016-10-2 9:0:0", "1"),
-          std::tuple("withdrawn", "", "2016-10-3 9:0:0", "0")}) {
-        NotificationJson notification;
-        notification.Title = QLatin1StringView(title);
-        notification.Body = QStringLiteral("body");
-        notification.Country = QLatin1StringView(country);
-        notification.IssuedTime = QLatin1StringView(time);
-        notification.IsEnabled = QLatin1StringView(isEnabled);
-        QVERIFY(BLSyncNotification().insert(notification));
-    }
+    makeCompany(QStringLiteral("anna"), QStringLiteral("Europe"), QStringLiteral("France"));
+    publish("older", "", "2016-9-30 9:0:0");
+    publish("newer", "France", "2016-10-1 9:0:0");
+    publish("elsewhere", "China", "2016-10-2 9:0:0");
+    publish("withdrawn", "", "2016-10-3 9:0:0", "0");
     signIn("root");
     show();
     QTRY_COMPARE(list()->topLevelItemCount(), 1);
@@ -164,6 +175,57 @@ void SignInGateTest::notificationsPopUpOnce()
     m_window->reloadData();
     QCOMPARE(alerts.seen().size(), 2);
     QCOMPARE(BLSyncNotificationReadStatus().getCount(QStringLiteral("UserxID=5")), 2);
+}
+
+void SignInGateTest::eachUserHasItsOwnPopUps()
+{
+    const QVariantMap anna =
+        makeCompany(QStringLiteral("anna"), QStringLiteral("Europe"), QStringLiteral("France"));
+    const QVariantMap bert = makeCompany(QStringLiteral("bert"));
+    const QVariantMap carl = makeCompany(QStringLiteral("carl"), {}, QStringLiteral("France"));
+    publish("all", "", "2016-9-30 9:0:0");
+    publish("france", "France", "2016-10-1 9:0:0");
+    const QStringList both{QStringLiteral("france"), QStringLiteral("all")};
+    for (const auto &[user, titles] :
+         {std::pair(anna, both), std::pair(bert, QStringList{"all"}),
+          std::pair(anna, QStringList()), std::pair(carl, both), std::pair(bert, QStringList())}) {
+        Session::setLoggedUserDict(user);
+        AlertRecorder alerts;
+        for (const QString &title : titles)
+            alerts.expect(title, QStringLiteral("body"));
+        NotificationPopUps::showNotification();
+        QVERIFY(alerts.isDone());
+    }
+    QCOMPARE(BLSyncNotificationReadStatus().getCount(QStringLiteral("IsRead=1")), 5);
+}
+
+void SignInGateTest::runOnDatabase(const char *statement) const
+{
+    const QString name = QStringLiteral("test");
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), name);
+        database.setDatabaseName(m_service->folder() + QStringLiteral("/maplorn-disc.sqlite"));
+        QVERIFY(database.open());
+        QSqlQuery query(database);
+        QVERIFY2(query.exec(QLatin1StringView(statement)), qPrintable(query.lastError().text()));
+    }
+    QSqlDatabase::removeDatabase(name);
+}
+
+void SignInGateTest::popUpThatCannotBeMarkedComesAgain()
+{
+    Session::setLoggedUserDict(makeCompany(QStringLiteral("anna")));
+    publish("all", "", "2016-9-30 9:0:0");
+    runOnDatabase("CREATE TRIGGER refuse BEFORE INSERT ON NotificationReadStatus "
+                  "BEGIN SELECT RAISE(ABORT, 'no'); END");
+    AlertRecorder alerts;
+    NotificationPopUps::showNotification();
+    QVERIFY(alerts.seen().isEmpty());
+    runOnDatabase("DROP TRIGGER refuse");
+    alerts.expect(QStringLiteral("all"), QStringLiteral("body"));
+    NotificationPopUps::showNotification();
+    NotificationPopUps::showNotification();
+    QCOMPARE(alerts.seen().size(), 1);
 }
 
 void SignInGateTest::logoutAsksEachTime()

@@ -2,6 +2,7 @@
 
 #include "Preferences.h"
 
+#include <QRegularExpression>
 #include <QTcpSocket>
 
 RecordingServer::RecordingServer()
@@ -13,10 +14,28 @@ RecordingServer::RecordingServer()
     preferService(serverPort(), QStringLiteral("secret"), QStringLiteral("app"));
 }
 
+QByteArray RecordingServer::whole(const QByteArray &body)
+{
+    return "HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n"
+           + body;
+}
+
 void RecordingServer::setReply(const QByteArray &body)
 {
-    m_reply = QByteArray("HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size())
-                         + "\r\n\r\n" + body);
+    m_reply = whole(body);
+}
+
+QStringList RecordingServer::queries() const
+{
+    static const QRegularExpression pattern(
+        QStringLiteral("/(\\w+)Service\\?.*operation=(\\w+) .*?\r\n\r\n"
+                       "(?:\\{\"WhereClause\":\"(.*)\",\"Index.*)?"),
+        QRegularExpression::DotMatchesEverythingOption);
+    QStringList lines;
+    for (const QByteArray &request : m_requests)
+        lines.append(
+            pattern.match(QString::fromUtf8(request)).capturedTexts().sliced(1).join(u' '));
+    return lines;
 }
 
 void RecordingServer::accept()
@@ -31,14 +50,16 @@ void RecordingServer::take(QTcpSocket *socket)
     const QByteArray request = socket->property("request").toByteArray() + socket->readAll();
     const qsizetype head = request.indexOf("\r\n\r\n");
     const qsizetype field = request.indexOf("Content-Length: ");
-    if (head < 0 || field < 0
-        || request.size() < head + 4 + request.mid(field + 16, 10).split('\r').first().toInt()) {
+    const int length = field < 0 ? 0 : request.mid(field + 16, 10).split('\r').first().toInt();
+    if (head < 0 || request.size() < head + 4 + length) {
         socket->setProperty("request", request);
         return;
     }
     m_requests.append(request);
     socket->setProperty("request", {});
-    socket->write(m_reply);
+    socket->write(m_nextReplies.isEmpty() ? m_reply : whole(m_nextReplies.takeFirst()));
+    if (m_isDying)
+        socket->disconnectFromHost();
     if (!m_isEndless)
         return;
     const auto more = [socket] { socket->write(QByteArray(1 << 20, 'x')); };

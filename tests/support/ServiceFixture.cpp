@@ -4,7 +4,8 @@
 
 #include <QCoreApplication>
 
-ServiceFixture::ServiceFixture()
+ServiceFixture::ServiceFixture(const QStringList &options)
+    : m_options(options)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     start();
@@ -19,8 +20,9 @@ ServiceFixture::~ServiceFixture()
 void ServiceFixture::start()
 {
     m_process.start(QCoreApplication::applicationDirPath() + QStringLiteral("/maplorn-service"),
-                    {QStringLiteral("--child"), QStringLiteral("--port"), QStringLiteral("0"),
-                     QStringLiteral("--data"), m_folder.path()});
+                    QStringList{QStringLiteral("--child"), QStringLiteral("--port"),
+                                QStringLiteral("0"), QStringLiteral("--data"), m_folder.path()}
+                        + m_options);
     m_process.write("secret\n");
     while (!m_process.canReadLine())
         if (!m_process.waitForReadyRead())

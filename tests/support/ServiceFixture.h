@@ -8,7 +8,8 @@
 class ServiceFixture
 {
 public:
-    ServiceFixture();
+    // With more options of the program.
+    explicit ServiceFixture(const QStringList &options = {});
     ~ServiceFixture();
     ServiceFixture(const ServiceFixture &) = delete;
     ServiceFixture &operator=(const ServiceFixture &) = delete;
@@ -20,8 +21,11 @@ public:
     int end();
 
     [[nodiscard]] quint16 port() const { return m_port; }
+    // Where it keeps its data.
+    [[nodiscard]] QString folder() const { return m_folder.path(); }
 
 private:
+    QStringList m_options;
     QTemporaryDir m_folder;
     QProcess m_process;
     quint16 m_port = 0;

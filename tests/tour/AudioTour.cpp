@@ -75,10 +75,7 @@ void AudioTour::run()
     openModule(QStringLiteral("Music")); // which looks at the new medium
     addFiles(makeFiles());
     writeTexts();
-    const QSize size = m_window.size();
-    m_window.resize(m_window.minimumSize());
-    shoot(QStringLiteral("music-narrow"));
-    m_window.resize(size);
+    shootNarrow(QStringLiteral("music-narrow"));
     burn(QStringLiteral("music"));
     readBack();
 }
@@ -144,15 +141,6 @@ void AudioTour::type(const char *field, const QString &text) const
     auto *edit = find<QLineEdit>(field);
     edit->setText(text);
     Q_EMIT edit->textEdited(text);
-}
-
-void AudioTour::pick(const char *popUp, const QString &title) const
-{
-    auto *box = find<QComboBox>(popUp);
-    const int item = box->findText(title, Qt::MatchExactly);
-    require(item >= 0, QStringLiteral("%1 offers no %2").arg(QLatin1StringView(popUp), title));
-    box->setCurrentIndex(item);
-    Q_EMIT box->activated(item);
 }
 
 void AudioTour::readBack()

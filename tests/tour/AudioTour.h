@@ -17,6 +17,5 @@ private:
     void writeTexts() const;
     void writeLanguage(const QString &discTitle, const QStringList &titles) const;
     void type(const char *field, const QString &text) const;
-    void pick(const char *popUp, const QString &title) const;
     static void readBack();
 };

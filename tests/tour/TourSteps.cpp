@@ -2,8 +2,10 @@
 
 #include "DRKeys.h"
 #include "DRNotificationCenter.h"
+#include "Session.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QGroupBox>
@@ -14,11 +16,15 @@
 #include <QTextStream>
 #include <QTreeWidget>
 
+#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
 QStringList seenAlerts;
+std::function<void()> alertAction;
+constexpr int aPage = 3 * 1000; // ms that a web page may take to be drawn
 
 }
 
@@ -50,9 +56,16 @@ void closeAlert()
     QMessageBox *box = alert();
     if (!box)
         return;
+    if (const auto action = std::exchange(alertAction, nullptr))
+        action();
     say(QStringLiteral("Alert: %1 %2").arg(box->text(), box->informativeText()));
     seenAlerts.append(box->text());
     box->accept();
+}
+
+void atNextAlert(const std::function<void()> &action)
+{
+    alertAction = action;
 }
 
 const QStringList &alertsSoFar()
@@ -68,13 +81,28 @@ TourSteps::TourSteps(ViewController &window, const QString &shots)
 
 bool TourSteps::isShown(const char *name) const
 {
-    const auto *control = m_window.findChild<QWidget *>(QLatin1StringView(name));
-    return control && control->isVisible();
+    const auto controls = m_window.findChildren<QWidget *>(QLatin1StringView(name));
+    return std::ranges::any_of(controls, &QWidget::isVisible);
 }
 
 void TourSteps::waitFor(const std::function<bool()> &condition, const QString &otherwise, int time)
 {
     require(QTest::qWaitFor(condition, time), otherwise);
+}
+
+void TourSteps::waitForAlert(const QString &message, const std::function<void()> &action)
+{
+    const qsizetype before = alertsSoFar().size();
+    action();
+    waitFor([&] { return alertsSoFar().size() > before && !alert(); },
+            QStringLiteral("nothing says “%1”").arg(message), burned);
+    require(alertsSoFar().last() == message,
+            QStringLiteral("the alert says “%1”").arg(alertsSoFar().last()));
+}
+
+void TourSteps::clickForAlert(const char *button, const QString &message) const
+{
+    waitForAlert(message, [this, button] { click(find<QWidget>(button)); });
 }
 
 void TourSteps::shoot(const QString &name) const
@@ -83,6 +111,52 @@ void TourSteps::shoot(const QString &name) const
     const QString path = QStringLiteral("%1/%2.png").arg(m_shots, name);
     require(picture().save(path), QStringLiteral("%1 cannot be written").arg(path));
     say(QStringLiteral("  screenshot %1").arg(path));
+}
+
+void TourSteps::shootNarrow(const QString &name) const
+{
+    const QSize size = m_window.size();
+    m_window.resize(m_window.minimumSize());
+    shoot(name);
+    m_window.resize(size);
+}
+
+void TourSteps::closeNotice() const
+{
+    say(QStringLiteral("Reading the notice"));
+    waitFor([this] { return isShown("closeButton"); }, QStringLiteral("no notice"));
+    QTest::qWait(aPage);
+    shoot(QStringLiteral("notice"));
+    click(find<QPushButton>("closeButton"));
+    waitFor([this] { return isShown("loginButton"); }, QStringLiteral("no sheet to sign in"));
+}
+
+void TourSteps::pressSignIn(const QString &user, const QString &password) const
+{
+    say(QStringLiteral("Signing in as %1").arg(user));
+    find<QLineEdit>("userField")->setText(user);
+    find<QLineEdit>("passwordField")->setText(password);
+    shoot(QStringLiteral("sign-in"));
+    click(find<QPushButton>("loginButton"));
+}
+
+void TourSteps::signOut() const
+{
+    say(QStringLiteral("Signing out"));
+    openModule(QStringLiteral("Logout"));
+    shoot(QStringLiteral("logout"));
+    answer(QMessageBox::Ok);
+    waitFor([this] { return !m_window.isVisible(); }, QStringLiteral("the window stays"));
+    require(!Session::getLoggedUserxJson(), QStringLiteral("somebody is still signed in"));
+}
+
+void TourSteps::pick(const char *popUp, const QString &title) const
+{
+    auto *box = find<QComboBox>(popUp);
+    const int item = box->findText(title, Qt::MatchExactly);
+    require(item >= 0, QStringLiteral("%1 offers no %2").arg(QLatin1StringView(popUp), title));
+    box->setCurrentIndex(item);
+    Q_EMIT box->activated(item);
 }
 
 // What a person sees at the window's place, sheets included, where the platform tells; else the

@@ -24,6 +24,8 @@ void require(bool condition, const QString &otherwise);
 // The alert that stands in the way; null without one. Closes it, and notes its message.
 [[nodiscard]] QMessageBox *alert();
 void closeAlert();
+// Done once, while the next alert is open: the tour itself waits until an alert has gone.
+void atNextAlert(const std::function<void()> &action);
 [[nodiscard]] const QStringList &alertsSoFar();
 
 class TourSteps
@@ -32,6 +34,18 @@ public:
     TourSteps(ViewController &window, const QString &shots);
 
 protected:
+    // A session of the program with a window of its own, from the sheet to sign in on.
+    template <typename Tour, typename Steps>
+    static void runSession(const QString &shots, const Steps &steps)
+    {
+        ViewController window;
+        window.show();
+        require(QTest::qWaitForWindowExposed(&window), QStringLiteral("no window"));
+        Tour tour(window, shots);
+        tour.closeNotice();
+        steps(tour);
+    }
+
     template <typename Control>
     Control *find(const char *name) const
     {
@@ -47,6 +61,21 @@ protected:
     static void waitFor(const std::function<bool()> &condition, const QString &otherwise,
                         int time = soon);
     void shoot(const QString &name) const;
+    // With the window as small as it goes.
+    void shootNarrow(const QString &name) const;
+
+    // The notice, and then the sheet to sign in; once pressed, the sheet is left to itself.
+    void closeNotice() const;
+    void pressSignIn(const QString &user, const QString &password) const;
+    void signOut() const;
+
+    // Chooses the item of a pop-up as a person would.
+    void pick(const char *popUp, const QString &title) const;
+
+    // Waits until one more alert than before the action has come and gone, and requires it to say
+    // this.
+    static void waitForAlert(const QString &message, const std::function<void()> &action);
+    void clickForAlert(const char *button, const QString &message) const;
 
     void openModule(const QString &name) const;
     [[nodiscard]] QMessageBox *question() const;

@@ -1,8 +1,10 @@
 // The unattended tour: drives the real window as a person would, by its controls. Signs in, shows
 // every module, burns a folder with verification and an audio CD with titles in two languages,
-// erases that, makes disc images of the folder, signs out, prints what it does, and leaves
-// screenshots.
+// erases that, makes disc images of the folder, signs out; then a company registers, changes its
+// password and asks, root answers and publishes, the company sees it and recovers its password.
+// Prints what it does, and leaves screenshots.
 //   maplorn-tour FOLDER SHOTS
+#include "AccountTour.h"
 #include "AppDelegate.h"
 #include "AudioTour.h"
 #include "DRKeys.h"
@@ -11,6 +13,7 @@
 #include "Launch.h"
 #include "MediaTools.h"
 #include "MediaTypes.h"
+#include "MessagesTour.h"
 #include "RecordingService.h"
 #include "Session.h"
 
@@ -43,14 +46,12 @@ public:
         require(QTest::qWaitForWindowExposed(&m_window), QStringLiteral("no window"));
         signIn();
         passModules();
+        showPortal();
         openModule(QStringLiteral("Data"));
         provideMedium();
         chooseFolder();
         shoot(QStringLiteral("data-chosen"));
-        const QSize size = m_window.size();
-        m_window.resize(m_window.minimumSize());
-        shoot(QStringLiteral("data-narrow"));
-        m_window.resize(size);
+        shootNarrow(QStringLiteral("data-narrow"));
         burn(QStringLiteral("data"));
         AudioTour(m_window, m_shots).run();
         DiscTour(m_window, m_shots, m_folder).run();
@@ -76,50 +77,35 @@ private:
     // A service that nobody has used has no users: the first attempt as root makes them, and fails.
     void signIn()
     {
-        say(QStringLiteral("Reading the notice"));
-        require(QTest::qWaitFor([this] { return isShown("closeButton"); }, soon),
-                QStringLiteral("no notice"));
-        QTest::qWait(aPage);
-        shoot(QStringLiteral("notice"));
-        click(find<QPushButton>("closeButton"));
-        require(QTest::qWaitFor([this] { return isShown("loginButton"); }, soon),
-                QStringLiteral("no sheet to sign in"));
+        closeNotice();
         click(find<QPushButton>("serverButton"));
         shoot(QStringLiteral("server-settings"));
         click(find<QPushButton>("cancelButton"));
         for (int attempt = 1; attempt <= 2; ++attempt) {
-            say(QStringLiteral("Signing in as root"));
-            find<QLineEdit>("userField")->setText(QStringLiteral("root"));
-            find<QLineEdit>("passwordField")->setText(QStringLiteral("kvex"));
-            shoot(QStringLiteral("sign-in"));
             auto *button = find<QPushButton>("loginButton");
-            click(button);
-            require(QTest::qWaitFor(
-                        [this, button] {
-                            return !isShown("loginButton")
-                                   || (button->isEnabled() && !QApplication::activePopupWidget()
-                                       && !alert());
-                        },
-                        soon),
-                    QStringLiteral("the sign-in does not end"));
+            pressSignIn(QStringLiteral("root"), QStringLiteral("kvex"));
+            waitFor(
+                [this, button] {
+                    return !isShown("loginButton")
+                           || (button->isEnabled() && !QApplication::activePopupWidget()
+                               && !alert());
+                },
+                QStringLiteral("the sign-in does not end"));
             require(Session::getLoggedUserxJson().has_value() == (attempt == 2),
                     QStringLiteral("attempt %1 ends otherwise").arg(attempt));
         }
         require(alertsSoFar() == QStringList{QStringLiteral("Your user does not exist.")},
                 QStringLiteral("the alerts were: ") + alertsSoFar().join(u' '));
-        require(QTest::qWaitFor([this] { return !isShown("loginButton"); }, soon),
-                QStringLiteral("the sheet stays"));
+        waitFor([this] { return !isShown("loginButton"); }, QStringLiteral("the sheet stays"));
     }
 
-    void signOut()
+    void showPortal()
     {
-        say(QStringLiteral("Signing out"));
-        openModule(QStringLiteral("Logout"));
-        shoot(QStringLiteral("logout"));
-        answer(QMessageBox::Ok);
-        require(QTest::qWaitFor([this] { return !m_window.isVisible(); }, soon),
-                QStringLiteral("the window stays"));
-        require(!Session::getLoggedUserxJson(), QStringLiteral("root is still signed in"));
+        say(QStringLiteral("Opening the portal"));
+        m_window.findChild<QAction *>(QStringLiteral("portalAction"))->trigger();
+        QTest::qWait(aPage); // it grows
+        shoot(QStringLiteral("portal"));
+        shootNarrow(QStringLiteral("portal-narrow"));
     }
 
     // The page is drawn by a process of its own, which takes its time to start.
@@ -208,6 +194,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     const ApplicationSetup setup(application);
     AppDelegate::applicationDidFinishLaunching();
+    QApplication::setQuitOnLastWindowClosed(false); // each session has a window of its own
     QTimer watchdog;
     QObject::connect(&watchdog, &QTimer::timeout, &closeAlert);
     watchdog.start(500);
@@ -218,6 +205,9 @@ int main(int argc, char **argv)
     try {
         require(bool(ownService), QStringLiteral("no service"));
         Tour(window, folder, shots).run();
+        AccountTour::registerCompany(shots);
+        MessagesTour::runSessions(shots, AccountTour::user, AccountTour::password);
+        AccountTour::recoverPassword(shots);
     } catch (const std::exception &failure) {
         say(QStringLiteral("The tour failed: %1").arg(QString::fromUtf8(failure.what())));
         return 1;

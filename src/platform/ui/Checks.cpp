@@ -4,15 +4,25 @@
 
 #include <QWidget>
 
-bool runChecks(std::initializer_list<Check> checks)
+#include <algorithm>
+
+const Check *firstFailure(const QList<Check> &checks)
 {
-    for (const Check &check : checks) {
-        if (!check.fails())
-            continue;
-        if (check.control)
-            check.control->setFocus();
-        MiscTool::showAlert(check.message, check.informativeText);
-        return false;
-    }
-    return true;
+    const auto failure = std::ranges::find_if(checks, [](const Check &c) { return c.fails(); });
+    return failure == checks.end() ? nullptr : &*failure;
+}
+
+void tell(const Check &failure)
+{
+    if (failure.control)
+        failure.control->setFocus();
+    MiscTool::showAlert(failure.message, failure.informativeText);
+}
+
+bool runChecks(const QList<Check> &checks)
+{
+    const Check *failure = firstFailure(checks);
+    if (failure)
+        tell(*failure);
+    return !failure;
 }

@@ -2,10 +2,10 @@
 // to its control and shows its alert. Main thread.
 #pragma once
 
+#include <QList>
 #include <QString>
 
 #include <functional>
-#include <initializer_list>
 
 class QWidget;
 
@@ -18,4 +18,8 @@ struct Check
 };
 
 // True when none fails.
-[[nodiscard]] bool runChecks(std::initializer_list<Check> checks);
+[[nodiscard]] bool runChecks(const QList<Check> &checks);
+
+// Its two halves: the first check that fails, null when none does; and telling the user.
+[[nodiscard]] const Check *firstFailure(const QList<Check> &checks);
+void tell(const Check &failure);

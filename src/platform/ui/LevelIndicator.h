@@ -19,6 +19,9 @@ public:
     [[nodiscard]] quint64 maximum() const { return m_maximum; }
     void setMaximum(quint64 maximum);
 
+    // For what is to be high: little is in the colour of too much, and full is as it should be.
+    void setFullIsGood(bool fullIsGood);
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
@@ -26,6 +29,11 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    [[nodiscard]] double part() const; // that is full, at most 1
+    [[nodiscard]] QColor colour() const;
+    void tellLevel();
+
     quint64 m_value = 0;
     quint64 m_maximum = 100;
+    bool m_fullIsGood = false;
 };

@@ -1,0 +1,108 @@
+#include "PlotPainting.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+double scaleOf(const QPainter &painter)
+{
+    return painter.device()->devicePixelRatioF();
+}
+
+// In pixels of the screen.
+double lineWidth(const QPainter &painter)
+{
+    return std::max(1.0, std::round(scaleOf(painter)));
+}
+
+double alignedAt(const QPainter &painter, double position)
+{
+    const double scale = scaleOf(painter);
+    const double half = lineWidth(painter) / 2;
+    return (std::round(position * scale - half) + half) / scale;
+}
+
+void drawBackground(QPainter &painter, const QRectF &text, const QColor &color)
+{
+    constexpr double margin = 2;
+    painter.save();
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(text.adjusted(-margin, 0, margin, 0), margin, margin);
+    painter.restore();
+}
+
+}
+
+void PlotPainting::fillGradient(QPainter &painter, const QRectF &area, const QColor &top,
+                                const QColor &bottom)
+{
+    QLinearGradient gradient(area.topLeft(), area.bottomLeft());
+    gradient.setColorAt(0, top);
+    gradient.setColorAt(1, bottom);
+    painter.fillRect(area, gradient);
+}
+
+QPen PlotPainting::linePen(const QPainter &painter, const QColor &color)
+{
+    return QPen(color, lineWidth(painter) / scaleOf(painter));
+}
+
+QRectF PlotPainting::aligned(const QPainter &painter, const QRectF &area)
+{
+    return QRectF(QPointF(alignedAt(painter, area.left()), alignedAt(painter, area.top())),
+                  QPointF(alignedAt(painter, area.right()), alignedAt(painter, area.bottom())));
+}
+
+void PlotPainting::drawHorizontal(QPainter &painter, double left, double right, double y,
+                                  const QColor &color)
+{
+    painter.setPen(linePen(painter, color));
+    const double at = alignedAt(painter, y);
+    painter.drawLine(QPointF(left, at), QPointF(right, at));
+}
+
+void PlotPainting::drawVertical(QPainter &painter, double x, double top, double bottom,
+                                const QColor &color)
+{
+    painter.setPen(linePen(painter, color));
+    const double at = alignedAt(painter, x);
+    painter.drawLine(QPointF(at, top), QPointF(at, bottom));
+}
+
+QFont PlotPainting::sizedFont(const QPainter &painter, double pixels)
+{
+    QFont font = painter.font();
+    font.setPixelSize(std::max(1, qRound(pixels)));
+    return font;
+}
+
+void PlotPainting::drawText(QPainter &painter, const QRectF &area, const QString &text,
+                            double pixels, Qt::Alignment alignment, const QColor &background)
+{
+    constexpr double leastPart = 0.6;
+    painter.save();
+    painter.setFont(sizedFont(painter, pixels));
+    const double width = painter.fontMetrics().horizontalAdvance(text);
+    if (width > area.width())
+        painter.setFont(
+            sizedFont(painter, std::floor(pixels * std::max(leastPart, area.width() / width))));
+    const QString shown =
+        painter.fontMetrics().elidedText(text, Qt::ElideRight, static_cast<int>(area.width()) + 1);
+    const int flags = int(alignment | Qt::AlignVCenter) | Qt::TextSingleLine | Qt::TextDontClip;
+    if (background.isValid() && !shown.isEmpty())
+        drawBackground(painter, painter.boundingRect(area, flags, shown), background);
+    painter.drawText(area, flags, shown);
+    painter.restore();
+}
+
+void PlotPainting::drawRisingText(QPainter &painter, const QRectF &area, const QString &text,
+                                  double pixels, Qt::Alignment alignment, const QColor &background)
+{
+    painter.save();
+    painter.translate(area.bottomLeft());
+    painter.rotate(-90);
+    drawText(painter, {0, 0, area.height(), area.width()}, text, pixels, alignment, background);
+    painter.restore();
+}

@@ -13,11 +13,6 @@ namespace {
 
 constexpr char table[] = "ChangePwd";
 
-QString text(const char *key)
-{
-    return localized(table, key);
-}
-
 }
 
 ChangePwdViewController::ChangePwdViewController()
@@ -63,12 +58,8 @@ std::array<QLineEdit *, 3> ChangePwdViewController::passwordFields() const
 
 void ChangePwdViewController::setPasswordsEditable(bool editable)
 {
-    for (QLineEdit *field : passwordFields()) {
-        field->setReadOnly(!editable);
-        field->setPalette({});
-        if (!editable)
-            Fields::setBackground(field, palette().color(QPalette::Window));
-    }
+    for (QLineEdit *field : passwordFields())
+        Fields::setReadOnly(field, !editable);
 }
 
 void ChangePwdViewController::passwordCBAction()
@@ -109,17 +100,20 @@ QList<Check> ChangePwdViewController::passwordChecks() const
     QLineEdit *old = m_ui->oldPwdField;
     QLineEdit *neo = m_ui->neoPwdField;
     return {
-        {[old] { return old->text().isEmpty(); }, text("Old password can not be null."),
-         text("Please enter your old password."), old},
-        {[this] { return !checkPassword(); }, text("Old password is not correct."),
-         text("Please try the correct old password."), old},
-        {[neo] { return neo->text().isEmpty(); }, text("New password can not be null."),
-         text("Please enter new password."), neo},
+        {[old] { return old->text().isEmpty(); },
+         localized("ChangePwd", "Old password can not be null."),
+         localized("ChangePwd", "Please enter your old password."), old},
+        {[this] { return !checkPassword(); },
+         localized("ChangePwd", "Old password is not correct."),
+         localized("ChangePwd", "Please try the correct old password."), old},
+        {[neo] { return neo->text().isEmpty(); },
+         localized("ChangePwd", "New password can not be null."),
+         localized("ChangePwd", "Please enter new password."), neo},
         AccountChecks::passwordLength(neo, table),
         AccountChecks::passwordStrength(neo, m_strength, table),
         {[this, neo] { return neo->text() != m_ui->pwdVerifyField->text(); },
-         text("Password verification is failed."), text("Please enter the same password."),
-         m_ui->pwdVerifyField},
+         localized("ChangePwd", "Password verification is failed."),
+         localized("ChangePwd", "Please enter the same password."), m_ui->pwdVerifyField},
     };
 }
 
@@ -128,8 +122,8 @@ QList<Check> ChangePwdViewController::rescueEmailChecks() const
     QLineEdit *field = m_ui->rescueEmailField;
     return AccountChecks::rescueEmail(field, table)
            + QList<Check>{{[this, field] { return emailExists(field->text()); },
-                           text("The rescue email exists"),
-                           text("Please enter another rescue email."), field}};
+                           localized("ChangePwd", "The rescue email exists"),
+                           localized("ChangePwd", "Please enter another rescue email."), field}};
 }
 
 void ChangePwdViewController::saveAction()
@@ -150,9 +144,9 @@ void ChangePwdViewController::save()
     const bool isSaved = saveUser() && saveCompany();
     if (isSaved)
         passwordChanged();
-    MiscTool::showAlert(isSaved ? text("Security Info changed successfully.")
-                                : text("Security Info changed failed."),
-                        text("Your security info has been changed."));
+    MiscTool::showAlert(isSaved ? localized("ChangePwd", "Security Info changed successfully.")
+                                : localized("ChangePwd", "Security Info changed failed."),
+                        localized("ChangePwd", "Your security info has been changed."));
 }
 
 // The password is what the field holds, even if it is not to be changed.

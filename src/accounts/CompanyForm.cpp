@@ -9,13 +9,6 @@
 
 namespace {
 
-constexpr char table[] = "Company";
-
-QString text(const char *key)
-{
-    return localized(table, key);
-}
-
 // As people and other programs write dates, with or without a time behind; today for any other
 // text.
 QDate dateOf(const QString &written)
@@ -123,10 +116,12 @@ void CompanyForm::store(CompanyJson &company)
 QList<Check> CompanyForm::checks() const
 {
     return QList<Check>{
-               AccountChecks::notEmpty(m_ui->nameField, text("Company can not be null."),
-                                       text("Please enter your company.")),
-               AccountChecks::chosen(m_ui->industryPopUp, text("Select Industry"),
-                                     text("Please select which industry belonged to.")),
+               AccountChecks::notEmpty(m_ui->nameField,
+                                       localized("Company", "Company can not be null."),
+                                       localized("Company", "Please enter your company.")),
+               AccountChecks::chosen(
+                   m_ui->industryPopUp, localized("Company", "Select Industry"),
+                   localized("Company", "Please select which industry belonged to.")),
            }
            + contactChecks() + placeChecks();
 }
@@ -134,28 +129,33 @@ QList<Check> CompanyForm::checks() const
 QList<Check> CompanyForm::contactChecks() const
 {
     return {
-        AccountChecks::notEmpty(m_ui->firstNameField, text("First Name can not be null."),
-                                text("Please enter your first name.")),
-        AccountChecks::notEmpty(m_ui->lastNameField, text("Last Name can not be null."),
-                                text("Please enter your last name.")),
-        AccountChecks::chosen(m_ui->titlePopUp, text("Title can not be null."),
-                              text("Please choose your title.")),
-        AccountChecks::notEmpty(m_ui->jobTitleField, text("Job Title can not be null."),
-                                text("Please enter your job title.")),
+        AccountChecks::notEmpty(m_ui->firstNameField,
+                                localized("Company", "First Name can not be null."),
+                                localized("Company", "Please enter your first name.")),
+        AccountChecks::notEmpty(m_ui->lastNameField,
+                                localized("Company", "Last Name can not be null."),
+                                localized("Company", "Please enter your last name.")),
+        AccountChecks::chosen(m_ui->titlePopUp, localized("Company", "Title can not be null."),
+                              localized("Company", "Please choose your title.")),
+        AccountChecks::notEmpty(m_ui->jobTitleField,
+                                localized("Company", "Job Title can not be null."),
+                                localized("Company", "Please enter your job title.")),
     };
 }
 
 QList<Check> CompanyForm::placeChecks() const
 {
     return {
-        AccountChecks::chosen(m_ui->businessContinent0PopUp, text("Select Business Continent"),
-                              text("Please select your Business Continent.")),
-        AccountChecks::chosen(m_ui->countryPopUp, text("Select Your Country."),
-                              text("Please select your country or territory.")),
+        AccountChecks::chosen(m_ui->businessContinent0PopUp,
+                              localized("Company", "Select Business Continent"),
+                              localized("Company", "Please select your Business Continent.")),
+        AccountChecks::chosen(m_ui->countryPopUp, localized("Company", "Select Your Country."),
+                              localized("Company", "Please select your country or territory.")),
         {[this] { return m_ui->telField->text().isEmpty() && m_ui->mobileField->text().isEmpty(); },
-         text("Tel and Mobile can not be null at the same time."),
-         text("Please enter Tel or Mobile."), m_ui->telField},
+         localized("Company", "Tel and Mobile can not be null at the same time."),
+         localized("Company", "Please enter Tel or Mobile."), m_ui->telField},
         {[this] { return m_countries.isWeChatRequired() && m_ui->wechatField->text().isEmpty(); },
-         text("WeChat can not be null."), text("Please enter your WeChat."), m_ui->wechatField},
+         localized("Company", "WeChat can not be null."),
+         localized("Company", "Please enter your WeChat."), m_ui->wechatField},
     };
 }

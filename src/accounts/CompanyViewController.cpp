@@ -19,11 +19,6 @@ constexpr std::array identifiers{"Enabled", "Company", "Contact", "RegisterTime"
 constexpr int enabledColumn = 0;
 constexpr int timeColumn = 3;
 
-QString text(const char *key)
-{
-    return localized("Company", key);
-}
-
 QString ownCompanyID()
 {
     return Session::getLoggedUserxJson().value_or(UserxJson()).CompanyID;
@@ -119,10 +114,11 @@ void CompanyViewController::save()
     m_companyJson = m_blSync.getJson(m_companyJson.ID).value_or(m_companyJson);
     CompanyJson company = getJson();
     if (m_blSync.update(company))
-        MiscTool::showAlert(text("Saved Successfully."),
-                            text("Succeed to update company profile."));
+        MiscTool::showAlert(localized("Company", "Saved Successfully."),
+                            localized("Company", "Succeed to update company profile."));
     else
-        MiscTool::showAlert(text("Failed to save."), text("Please try again later."));
+        MiscTool::showAlert(localized("Company", "Failed to save."),
+                            localized("Company", "Please try again later."));
 }
 
 void CompanyViewController::setAllStatus(bool enabled)
@@ -138,7 +134,7 @@ void CompanyViewController::showDirectory(bool isShown)
     if (isShown == (place >= 0))
         return;
     if (isShown) {
-        tabView->addTab(m_ui->allCompaniesItem, text("All Companies"));
+        tabView->addTab(m_ui->allCompaniesItem, localized("Company", "All Companies"));
         return;
     }
     tabView->removeTab(place);

@@ -13,11 +13,6 @@ namespace {
 constexpr char table[] = "Forgot";
 constexpr qint32 errorsUntilRescue = 7;
 
-QString text(const char *key)
-{
-    return localized(table, key);
-}
-
 void initNumbers(QComboBox *popUp, const QString &title, int first, int last)
 {
     if (popUp->count() > 0)
@@ -132,10 +127,11 @@ bool ForgotViewController::rescueemailExists(const QString &address)
 bool ForgotViewController::verifyOfStep1()
 {
     QLineEdit *field = m_ui->emailField;
-    return m_waiting.passes(AccountChecks::email(field, table)
-                            + QList<Check>{{[field] { return !emailExists(field->text()); },
-                                            text("The email doesn't exist."),
-                                            text("Please confirm the email."), field}});
+    return m_waiting.passes(
+        AccountChecks::email(field, table)
+        + QList<Check>{{[field] { return !emailExists(field->text()); },
+                        localized("Forgot", "The email doesn't exist."),
+                        localized("Forgot", "Please confirm the email."), field}});
 }
 
 void ForgotViewController::continueActionOfStep1()
@@ -195,14 +191,14 @@ bool ForgotViewController::verifyOfStep3()
         AccountChecks::rescueEmail(field, table)
         + QList<Check>{
             {[field] { return !rescueemailExists(field->text()); },
-             text("The rescue email not exists"), text("Please enter the right rescue email."),
-             field},
+             localized("Forgot", "The rescue email not exists"),
+             localized("Forgot", "Please enter the right rescue email."), field},
             {[this, field] { return field->text() == m_ui->emailField->text(); },
-             text("The rescue email cannot be same as email."),
-             text("Please enter another rescue email."), field},
+             localized("Forgot", "The rescue email cannot be same as email."),
+             localized("Forgot", "Please enter another rescue email."), field},
             {[this] { return !m_companyJson || birthdate() != m_companyJson->Birthdate; },
-             text("Your birthdate is wrong."), text("Please choose your right birthdate."),
-             m_ui->yearPopUpButton},
+             localized("Forgot", "Your birthdate is wrong."),
+             localized("Forgot", "Please choose your right birthdate."), m_ui->yearPopUpButton},
         });
 }
 
@@ -224,9 +220,12 @@ bool ForgotViewController::verifyOfStep4()
     return runChecks({
         AccountChecks::password(field, table),
         AccountChecks::passwordLength(field, table),
-        {[this] { return !m_strength.isHighest(); }, text("Password strength is low."),
-         text("Password length should be more than 6,and contains lower case letter,upper case "
-              "letter,digit and special character."),
+        {[this] { return !m_strength.isHighest(); },
+         localized("Forgot", "Password strength is low."),
+         localized(
+             "Forgot",
+             "Password length should be more than 6,and contains lower case letter,upper case "
+             "letter,digit and special character."),
          field},
         AccountChecks::repeatedPassword(field, m_ui->verifyPasswordxField, table),
     });
@@ -245,5 +244,6 @@ void ForgotViewController::changePassword()
     if (m_userxJson && BLSyncUserx().update(*m_userxJson))
         accept();
     else
-        MiscTool::showAlert(text("Fail to change password."), text("Please try again later."));
+        MiscTool::showAlert(localized("Forgot", "Fail to change password."),
+                            localized("Forgot", "Please try again later."));
 }

@@ -4,6 +4,7 @@
 #include "Alerts.h"
 #include "BLSync.h"
 #include "DateTools.h"
+#include "Fields.h"
 #include "Form.h"
 #include "Localized.h"
 #include "PopUps.h"
@@ -13,23 +14,6 @@
 namespace {
 
 constexpr char table[] = "Register";
-
-QString text(const char *key)
-{
-    return localized(table, key);
-}
-
-Check notEmpty(QLineEdit *field, const char *message, const char *informativeText)
-{
-    return {[field] { return field->text().isEmpty(); }, text(message), text(informativeText),
-            field};
-}
-
-Check chosen(QComboBox *popUp, const char *message, const char *informativeText)
-{
-    return {[popUp] { return popUp->currentIndex() < 1; }, text(message), text(informativeText),
-            popUp};
-}
 
 }
 
@@ -50,6 +34,8 @@ RegisterViewController::RegisterViewController(QWidget *parent)
     , m_strength(m_ui->passwordxField, m_ui->passwordStrengthIndicator)
     , m_waiting(this, m_ui->loadingView)
 {
+    for (QLineEdit *shown : {m_ui->telCallingCodeField, m_ui->mobileCallingCodeField})
+        Fields::setReadOnly(shown, true);
     initData();
     connectButtons();
     showItem(m_ui->welcomeItem, m_ui->continueButtonOfWelcomeItem);
@@ -185,8 +171,9 @@ QList<Check> RegisterViewController::emailChecks() const
 {
     QLineEdit *field = m_ui->emailField;
     return AccountChecks::email(field, table)
-           + QList<Check>{{[field] { return emailExists(field->text()); }, text("The email exists"),
-                           text("Please enter another email."), field}};
+           + QList<Check>{{[field] { return emailExists(field->text()); },
+                           localized("Register", "The email exists"),
+                           localized("Register", "Please enter another email."), field}};
 }
 
 QList<Check> RegisterViewController::passwordChecks() const
@@ -202,11 +189,12 @@ QList<Check> RegisterViewController::rescueEmailChecks() const
     QLineEdit *field = m_ui->rescueEmailField;
     return AccountChecks::rescueEmail(field, table)
            + QList<Check>{
-               {[field] { return emailExists(field->text()); }, text("The rescue email exists"),
-                text("Please enter another rescue email."), field},
+               {[field] { return emailExists(field->text()); },
+                localized("Register", "The rescue email exists"),
+                localized("Register", "Please enter another rescue email."), field},
                {[this] { return m_ui->rescueEmailField->text() == m_ui->emailField->text(); },
-                text("The rescue email cannot be same as email."),
-                text("Please enter another rescue email."), field},
+                localized("Register", "The rescue email cannot be same as email."),
+                localized("Register", "Please enter another rescue email."), field},
            };
 }
 
@@ -218,29 +206,42 @@ bool RegisterViewController::moreDetailVerify()
 QList<Check> RegisterViewController::personChecks() const
 {
     return {
-        notEmpty(m_ui->firstNameField, "First Name can not be null.",
-                 "Please enter your first name."),
-        notEmpty(m_ui->lastNameField, "Last Name can not be null.", "Please enter your last name."),
-        chosen(m_ui->titlePopUpButton, "Title can not be null.", "Please choose the title."),
-        notEmpty(m_ui->companyField, "Company can not be null.", "Please enter your company."),
-        chosen(m_ui->industryPopUpButton, "Industry can not be null.",
-               "Please select the industry."),
-        notEmpty(m_ui->jobTitleField, "Job Title can not be null.", "Please enter your job title."),
+        AccountChecks::notEmpty(m_ui->firstNameField,
+                                localized("Register", "First Name can not be null."),
+                                localized("Register", "Please enter your first name.")),
+        AccountChecks::notEmpty(m_ui->lastNameField,
+                                localized("Register", "Last Name can not be null."),
+                                localized("Register", "Please enter your last name.")),
+        AccountChecks::chosen(m_ui->titlePopUpButton,
+                              localized("Register", "Title can not be null."),
+                              localized("Register", "Please choose the title.")),
+        AccountChecks::notEmpty(m_ui->companyField,
+                                localized("Register", "Company can not be null."),
+                                localized("Register", "Please enter your company.")),
+        AccountChecks::chosen(m_ui->industryPopUpButton,
+                              localized("Register", "Industry can not be null."),
+                              localized("Register", "Please select the industry.")),
+        AccountChecks::notEmpty(m_ui->jobTitleField,
+                                localized("Register", "Job Title can not be null."),
+                                localized("Register", "Please enter your job title.")),
     };
 }
 
 QList<Check> RegisterViewController::placeChecks() const
 {
     return {
-        chosen(m_ui->businessContinentPopUpButton, "Business Continent can not be null.",
-               "Please select the Business Continent."),
-        chosen(m_ui->countryPopUpButton, "Country/Territory can not be null.",
-               "Please select the country/territory."),
+        AccountChecks::chosen(m_ui->businessContinentPopUpButton,
+                              localized("Register", "Business Continent can not be null."),
+                              localized("Register", "Please select the Business Continent.")),
+        AccountChecks::chosen(m_ui->countryPopUpButton,
+                              localized("Register", "Country/Territory can not be null."),
+                              localized("Register", "Please select the country/territory.")),
         {[this] { return m_ui->telField->text().isEmpty() && m_ui->mobileField->text().isEmpty(); },
-         text("Tel and mobile can not be null at the same time."),
-         text("Please enter telephone or mobile."), m_ui->mobileField},
+         localized("Register", "Tel and mobile can not be null at the same time."),
+         localized("Register", "Please enter telephone or mobile."), m_ui->mobileField},
         {[this] { return m_countries.isWeChatRequired() && m_ui->weChatField->text().isEmpty(); },
-         text("WeChat can not be null."), text("Please enter your WeChat."), m_ui->weChatField},
+         localized("Register", "WeChat can not be null."),
+         localized("Register", "Please enter your WeChat."), m_ui->weChatField},
     };
 }
 
@@ -300,7 +301,8 @@ void RegisterViewController::createAction()
 {
     CompanyJson company = getJson();
     if (!BLSyncCompany().insert(company)) {
-        MiscTool::showAlert(text("Fail to register."), text("Please try again later."));
+        MiscTool::showAlert(localized("Register", "Fail to register."),
+                            localized("Register", "Please try again later."));
         return;
     }
     const auto companies =
@@ -312,7 +314,8 @@ void RegisterViewController::createAction()
         return;
     Session::setLoggedUserx(user.Userx);
     accept();
-    MiscTool::showAlert(text("Registered successfully."), text("Please login with your email."));
+    MiscTool::showAlert(localized("Register", "Registered successfully."),
+                        localized("Register", "Please login with your email."));
 }
 
 void RegisterViewController::setAllStatus(bool enabled)

@@ -18,7 +18,8 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Burns data discs and audio CDs into the files of a virtual "
-                       "recorder; maplorn-recorder --help tells about that."));
+                       "recorder, erases them, and makes disc images of folders; maplorn-recorder "
+                       "--help tells about that."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption configOption(

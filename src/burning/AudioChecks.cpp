@@ -6,27 +6,24 @@
 
 namespace {
 
-QString text(const char *key)
-{
-    return localized("BurnAudio", key);
-}
-
 Check noDevice(const DRDevice &device)
 {
     return {[&device] { return !device.isValid(); }, localized("NoDevice"),
-            text("Please connect a burning device.")};
+            localized("BurnAudio", "Please connect a burning device.")};
 }
 
 Check noMedium(const DRDevice &device, const char *informativeText)
 {
-    return {[&device] { return !device.mediaIsPresent(); }, text("The media is not present."),
-            text(informativeText)};
+    return {[&device] { return !device.mediaIsPresent(); },
+            localized("BurnAudio", "The media is not present."),
+            localized("BurnAudio", informativeText)};
 }
 
 Check notBlank(const DRDevice &device)
 {
-    return {[&device] { return !device.mediaIsBlank(); }, text("The media is not blank."),
-            text("Please insert blank media.")};
+    return {[&device] { return !device.mediaIsBlank(); },
+            localized("BurnAudio", "The media is not blank."),
+            localized("BurnAudio", "Please insert blank media.")};
 }
 
 bool writesText(const DRDevice &device)
@@ -47,9 +44,9 @@ bool AudioChecks::beforeAdding(const DRDevice &device)
 {
     return runChecks({
         noDevice(device),
-        noMedium(device, "Please wait or re-insert the media"),
-        {[&] { return !isCD(device); }, text("The media is not CD."),
-         text("Burning music only supports CD.")},
+        noMedium(device, QT_TRANSLATE_NOOP("BurnAudio", "Please wait or re-insert the media")),
+        {[&] { return !isCD(device); }, localized("BurnAudio", "The media is not CD."),
+         localized("BurnAudio", "Burning music only supports CD.")},
         notBlank(device),
     });
 }
@@ -58,10 +55,11 @@ bool AudioChecks::beforeWritingText(const DRDevice &device, bool hasTracks)
 {
     return runChecks({
         {[&] { return !writesText(device); },
-         text("The burning device doesn't have the capability of writing CD-Text"),
-         text("Please change the burning device that can write CD-Text")},
-        {[&] { return !hasTracks; }, text("Please add tracks first"),
-         text("Only after added tracks,you can set CD-Text")},
+         localized("BurnAudio",
+                   "The burning device doesn't have the capability of writing CD-Text"),
+         localized("BurnAudio", "Please change the burning device that can write CD-Text")},
+        {[&] { return !hasTracks; }, localized("BurnAudio", "Please add tracks first"),
+         localized("BurnAudio", "Only after added tracks,you can set CD-Text")},
     });
 }
 
@@ -70,13 +68,14 @@ bool AudioChecks::verify(const DRDevice &device, bool hasTracks, quint64 level)
     return runChecks({
         noDevice(device),
         {[&] { return !device.writesCD() && !device.writesDVD(); },
-         text("The device has no capability of write."),
-         text("Please change a device that have capability of write.")},
-        noMedium(device, "Please insert blank media."),
+         localized("BurnAudio", "The device has no capability of write."),
+         localized("BurnAudio", "Please change a device that have capability of write.")},
+        noMedium(device, QT_TRANSLATE_NOOP("BurnAudio", "Please insert blank media.")),
         notBlank(device),
-        {[&] { return !hasTracks; }, text("Tracks cannot be null"),
-         text("Please select one or more tracks")},
-        {[&] { return level > 100; }, text("Tracks duration is more than disc duration"),
-         text("Please remove some tracks")},
+        {[&] { return !hasTracks; }, localized("BurnAudio", "Tracks cannot be null"),
+         localized("BurnAudio", "Please select one or more tracks")},
+        {[&] { return level > 100; },
+         localized("BurnAudio", "Tracks duration is more than disc duration"),
+         localized("BurnAudio", "Please remove some tracks")},
     });
 }

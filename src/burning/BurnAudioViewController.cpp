@@ -23,15 +23,6 @@
 
 #include <algorithm>
 
-namespace {
-
-QString text(const char *key)
-{
-    return localized("BurnAudio", key);
-}
-
-}
-
 BurnAudioViewController::~BurnAudioViewController() = default;
 
 BurnAudioViewController *BurnAudioViewController::getViewController()
@@ -136,13 +127,13 @@ void BurnAudioViewController::addAction()
         return;
     const QString last = m_tracks.isEmpty() ? QDir::homePath()
                                             : QFileInfo(m_tracks.data().last().Path).absolutePath();
-    auto *chooser = new QFileDialog(window(), text("Add"), last);
+    auto *chooser = new QFileDialog(window(), localized("BurnAudio", "Add"), last);
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     chooser->setFileMode(QFileDialog::ExistingFiles);
     const QString patterns =
         QStringLiteral("*.") + AudioTracks::extensions().join(QStringLiteral(" *."));
-    chooser->setNameFilter(text("Audio files") + u" (" + patterns + u' ' + patterns.toUpper()
-                           + u')');
+    chooser->setNameFilter(localized("BurnAudio", "Audio files") + u" (" + patterns + u' '
+                           + patterns.toUpper() + u')');
     // What follows the choosing follows a cancel too.
     connect(chooser, &QFileDialog::filesSelected, this, &BurnAudioViewController::addFiles);
     connect(chooser, &QDialog::rejected, this, [this] { appendTracks({}); });
@@ -233,8 +224,9 @@ void BurnAudioViewController::burnAction()
 {
     if (AudioChecks::verify(getSelectedDevice(), !m_tracks.isEmpty(),
                             m_ui->capacityIndicator->value()))
-        Alerts::confirmOnWindow(this, text("Are you sure to burn?"),
-                                text("Burn the data on the disc"), [this] { runBurn(); });
+        Alerts::confirmOnWindow(this, localized("BurnAudio", "Are you sure to burn?"),
+                                localized("BurnAudio", "Burn the data on the disc"),
+                                [this] { runBurn(); });
 }
 
 void BurnAudioViewController::runBurn()
@@ -293,17 +285,19 @@ void BurnAudioViewController::setAllStatus(bool enabled)
 
 void BurnAudioViewController::stopAction()
 {
-    Alerts::confirmOnWindow(this, text("Are you sure to abort the burning?"),
-                            text("The abort will leave the data incomplete on the disc"), [this] {
-                                m_burn.burn().abort();
-                                setAllStatus(true);
-                            });
+    Alerts::confirmOnWindow(
+        this, localized("BurnAudio", "Are you sure to abort the burning?"),
+        localized("BurnAudio", "The abort will leave the data incomplete on the disc"), [this] {
+            m_burn.burn().abort();
+            setAllStatus(true);
+        });
 }
 
 void BurnAudioViewController::clearAction()
 {
-    Alerts::confirmOnWindow(this, text("Are you sure to clear?"),
-                            text("Clear the burning information"), [this] { runClear(); });
+    Alerts::confirmOnWindow(this, localized("BurnAudio", "Are you sure to clear?"),
+                            localized("BurnAudio", "Clear the burning information"),
+                            [this] { runClear(); });
 }
 
 void BurnAudioViewController::runClear()
@@ -312,7 +306,7 @@ void BurnAudioViewController::runClear()
     m_ui->discDurationLabel->clear();
     m_ui->capacityIndicator->setValue(0);
     m_tracks.clear();
-    m_progress.reset(text("Done"));
+    m_progress.reset(localized("BurnAudio", "Done"));
     m_cdtextPanel->clear();
     enableKeeping(false);
 }
@@ -332,9 +326,11 @@ void BurnAudioViewController::showWaiting()
 // Adding tracks switches CD-Text off, which must not surprise who has written all titles.
 void BurnAudioViewController::showTextEnabled(bool enabled)
 {
-    m_ui->cdtextButton->setText(enabled ? text("✓ CD-Text…") : text("CD-Text…"));
-    m_ui->cdtextButton->setAccessibleDescription(enabled ? text("CD-Text will be written")
-                                                         : text("CD-Text will not be written"));
+    m_ui->cdtextButton->setText(enabled ? localized("BurnAudio", "✓ CD-Text…")
+                                        : localized("BurnAudio", "CD-Text…"));
+    m_ui->cdtextButton->setAccessibleDescription(
+        enabled ? localized("BurnAudio", "CD-Text will be written")
+                : localized("BurnAudio", "CD-Text will not be written"));
 }
 
 void BurnAudioViewController::exportAction()
@@ -353,7 +349,8 @@ void BurnAudioViewController::exportAction()
 
 void BurnAudioViewController::showSaving(bool isSaving)
 {
-    m_ui->exportButton->setText(isSaving ? text("Saving…") : text("Save"));
+    m_ui->exportButton->setText(isSaving ? localized("BurnAudio", "Saving…")
+                                         : localized("BurnAudio", "Save"));
     enableKeeping(m_ui->clearButton->isEnabled());
     showWaiting();
 }
@@ -361,7 +358,8 @@ void BurnAudioViewController::showSaving(bool isSaving)
 // A record is looked at; its tracks and texts are not read back.
 void BurnAudioViewController::importAction()
 {
-    auto *chooser = new QFileDialog(window(), text("Repository"), AudioRepository::folder());
+    auto *chooser =
+        new QFileDialog(window(), localized("BurnAudio", "Repository"), AudioRepository::folder());
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     chooser->setFileMode(QFileDialog::Directory);
     chooser->setOption(QFileDialog::ShowDirsOnly);

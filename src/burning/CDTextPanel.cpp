@@ -14,14 +14,9 @@ namespace {
 
 using CDTextLanguageLists::defaultLanguage;
 
-QString text(const char *key)
-{
-    return localized("CDText", key);
-}
-
 void alert(const char *message, const char *informativeText)
 {
-    MiscTool::showAlert(text(message), text(informativeText));
+    MiscTool::showAlert(localized("CDText", message), localized("CDText", informativeText));
 }
 
 }
@@ -273,8 +268,8 @@ bool CDTextPanel::verifyTitles()
             m_ui->tracksPopUp->setCurrentIndex(static_cast<int>(index) - 1);
             m_ui->trackTitleField->clear();
             MiscTool::showAlert(m_ui->tracksPopUp->currentText() + u' '
-                                    + text(QT_TRANSLATE_NOOP("CDText", "is not set track title")),
-                                text("Please fill in the track title"));
+                                    + localized("CDText", "is not set track title"),
+                                localized("CDText", "Please fill in the track title"));
             showTab(Tab::Track, m_ui->trackTitleField);
             m_ui->selectedLanguagePopUp->setCurrentIndex(item);
             showState();
@@ -338,16 +333,13 @@ QString CDTextPanel::spaceText() const
             shown = packs;
     }
     if (!CDTextChoices::encodingOf(m_ui->selectedLanguagePopUp->currentData().toInt()))
-        return text(
-            QT_TRANSLATE_NOOP("CDText", "Choose an encoding, or this language is left out."));
+        return localized("CDText", "Choose an encoding, or this language is left out.");
     if (!full.isEmpty())
         return QStringLiteral("<b style='color:#c01c28'>")
-               + text(QT_TRANSLATE_NOOP("CDText", "Too much text: %1"))
+               + localized("CDText", "Too much text: %1")
                      .arg(full.join(QStringLiteral(", ")).toHtmlEscaped())
                + QStringLiteral("</b>");
-    return text(QT_TRANSLATE_NOOP("CDText", "%1 of %2 packs used"))
-        .arg(shown)
-        .arg(CDTextPacks::maxPayloadPacks);
+    return localized("CDText", "%1 of %2 packs used").arg(shown).arg(CDTextPacks::maxPayloadPacks);
 }
 
 int CDTextPanel::defaultTag() const

@@ -15,11 +15,6 @@ namespace {
 
 constexpr double percent = 100.0;
 
-QString text(const char *key)
-{
-    return localized("Erase", key);
-}
-
 }
 
 EraseViewController::~EraseViewController() = default;
@@ -33,8 +28,8 @@ EraseViewController::EraseViewController()
     : m_ui(madeForm<Ui::Erase>(this))
     , m_devices(m_ui->devicesPopUp)
 {
-    m_ui->eraseTypePopUp->addItem(text(QT_TRANSLATE_NOOP("Erase", "Quick")), 0);
-    m_ui->eraseTypePopUp->addItem(text(QT_TRANSLATE_NOOP("Erase", "Complete")), 1);
+    m_ui->eraseTypePopUp->addItem(localized("Erase", "Quick"), 0);
+    m_ui->eraseTypePopUp->addItem(localized("Erase", "Complete"), 1);
     m_ui->progressBox->hide();
     m_ui->stateBox->hide();
     connect(m_ui->eraseButton, &QAbstractButton::clicked, this, &EraseViewController::eraseAction);
@@ -51,22 +46,24 @@ bool EraseViewController::verify() const
     const DRDevice device = getSelectedDevice();
     return runChecks({
         {[&] { return !device.isValid(); }, localized("NoDevice"),
-         text("Please connect a burning device.")},
+         localized("Erase", "Please connect a burning device.")},
         {[&] { return !device.writesCD() && !device.writesDVD(); },
-         text("The device has no capability of write."),
-         text("Please change a device that have capability of write.")},
-        {[&] { return !device.mediaIsPresent(); }, text("The media is not present."),
-         text("Please wait or re-insert the media")},
-        {[&] { return !device.mediaIsErasable(); }, text("The media cannot be erased."),
-         text("Please change a erasable media.")},
+         localized("Erase", "The device has no capability of write."),
+         localized("Erase", "Please change a device that have capability of write.")},
+        {[&] { return !device.mediaIsPresent(); }, localized("Erase", "The media is not present."),
+         localized("Erase", "Please wait or re-insert the media")},
+        {[&] { return !device.mediaIsErasable(); },
+         localized("Erase", "The media cannot be erased."),
+         localized("Erase", "Please change a erasable media.")},
     });
 }
 
 void EraseViewController::eraseAction()
 {
     if (verify())
-        Alerts::confirmOnWindow(this, text("Are you sure to erase?"),
-                                text("The operation is not irreversible"), [this] { runErase(); });
+        Alerts::confirmOnWindow(this, localized("Erase", "Are you sure to erase?"),
+                                localized("Erase", "The operation is not irreversible"),
+                                [this] { runErase(); });
 }
 
 void EraseViewController::runErase()
@@ -78,7 +75,9 @@ void EraseViewController::runErase()
     m_erase = DRErase::initWithDevice(device);
     m_erase.setEraseType(m_ui->eraseTypePopUp->currentData().toInt() == 0 ? DREraseTypeQuick
                                                                           : DREraseTypeComplete);
-    DRNotificationCenter::currentRunLoop().addObserver(
+    DRNotificationCenter &center = DRNotificationCenter::currentRunLoop();
+    center.removeObserver(this, DREraseStatusChangedNotification); // of the erase before
+    center.addObserver(
         this, [this](const DRNotification &notification) { eraseNotification(notification); },
         DREraseStatusChangedNotification, QVariant::fromValue(m_erase));
     m_isRunning = true;
@@ -119,8 +118,8 @@ void EraseViewController::eraseDone(const DRDevice &device)
     setAllStatus(true);
     if (m_ui->ejectAfterErasedCheckBox->isChecked() && !device.ejectMedia())
         qWarning("the erased medium was not ejected");
-    MiscTool::showAlert(text("The erase operation is completed."),
-                        text("Please take out the media."));
+    MiscTool::showAlert(localized("Erase", "The erase operation is completed."),
+                        localized("Erase", "Please take out the media."));
 }
 
 void EraseViewController::setAllStatus(bool enabled)

@@ -5,15 +5,6 @@
 #include "Localized.h"
 #include "RecordNamePanel.h"
 
-namespace {
-
-QString text(const char *key)
-{
-    return localized("BurnAudio", key);
-}
-
-}
-
 RecordSaver::RecordSaver(QWidget *page)
     : m_page(page)
 {
@@ -21,7 +12,8 @@ RecordSaver::RecordSaver(QWidget *page)
 
 void RecordSaver::ask(const Content &content, const QString &hint)
 {
-    const QString proposal = text("Record") + QString::number(AudioRepository::count() + 1);
+    const QString proposal =
+        localized("BurnAudio", "Record") + QString::number(AudioRepository::count() + 1);
     auto *panel = new RecordNamePanel(proposal, hint, m_page->window());
     connect(panel, &RecordNamePanel::chosen, this,
             [this, content](const QString &name) { chosen(content, name); });
@@ -31,12 +23,12 @@ void RecordSaver::ask(const Content &content, const QString &hint)
 void RecordSaver::chosen(const Content &content, const QString &name)
 {
     if (!AudioRepository::isName(name)) {
-        ask(content, text("A record needs a name that a folder can have."));
+        ask(content, localized("BurnAudio", "A record needs a name that a folder can have."));
         return;
     }
     if (AudioRepository::exists(name)) {
-        MiscTool::showAlert(text("The record has existed."),
-                            text("Please change a different record name."));
+        MiscTool::showAlert(localized("BurnAudio", "The record has existed."),
+                            localized("BurnAudio", "Please change a different record name."));
         ask(content, {});
         return;
     }
@@ -59,6 +51,6 @@ void RecordSaver::ended(bool wasStopped)
     m_isSaving = false;
     Q_EMIT isSavingChanged(false);
     if (!wasStopped)
-        MiscTool::showAlert(text("Exported successfully"),
-                            text("The record has been exported to repository."));
+        MiscTool::showAlert(localized("BurnAudio", "Exported successfully"),
+                            localized("BurnAudio", "The record has been exported to repository."));
 }

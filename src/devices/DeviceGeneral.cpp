@@ -51,10 +51,10 @@ DeviceGeneral DeviceGeneral::initWithDevice(const DRDevice &device)
 void DeviceGeneral::toDictionary(const DRDevice &device)
 {
     clearRows();
-    addRow(localized("Device"), device.displayName());
-    addRow(localized("IO Registry"), device.ioRegistryEntryPath());
-    addRow(localized("WritesCD"), localizedYesNo(device.writesCD()));
-    addRow(localized("WritesDVD"), localizedYesNo(device.writesDVD()));
+    addRow(localized("Localizable", "Device"), device.displayName());
+    addRow(localized("Localizable", "IO Registry"), device.ioRegistryEntryPath());
+    addRow(localized("Localizable", "WritesCD"), localizedYesNo(device.writesCD()));
+    addRow(localized("Localizable", "WritesDVD"), localizedYesNo(device.writesDVD()));
     if (device.mediaIsPresent())
         addMedium(device);
 }
@@ -62,8 +62,8 @@ void DeviceGeneral::toDictionary(const DRDevice &device)
 void DeviceGeneral::addMedium(const DRDevice &device)
 {
     const DeviceStatus deviceStatus = DeviceStatus::initWithDevice(device);
-    addRow(localized("BSD Name"), device.bsdName());
-    addRow(localized("Media Type"), deviceStatus.valueForKey(device.mediaType()));
+    addRow(localized("Localizable", "BSD Name"), device.bsdName());
+    addRow(localized("Localizable", "Media Type"), deviceStatus.valueForKey(device.mediaType()));
     for (const Space &space : mediumSpaces) {
         const std::optional<DRMSF> value = (device.*space.value)();
         addRow(localized(QLatin1StringView(space.label)),

@@ -12,6 +12,5 @@ QString DeviceLabels::valueForKey(const QString &key) const
 
 QString localizedYesNo(bool value)
 {
-    return value ? localized(QT_TRANSLATE_NOOP("Localizable", "YES"))
-                 : localized(QT_TRANSLATE_NOOP("Localizable", "NO"));
+    return value ? localized("Localizable", "YES") : localized("Localizable", "NO");
 }

@@ -11,6 +11,7 @@ namespace {
 constexpr int keyColumn = 0;
 constexpr int valueColumn = 1;
 constexpr int tabWidth = 4; // spaces that a leading tab of a label is shown as
+constexpr int gap = 16;     // pixels between the columns' texts
 
 QTableWidgetItem *cell(const QString &text)
 {
@@ -37,6 +38,7 @@ void fill(QTableWidget *table, const DeviceRows &rows)
         table->item(row, valueColumn)->setToolTip(text);
     }
     table->resizeColumnToContents(keyColumn);
+    table->setColumnWidth(keyColumn, table->columnWidth(keyColumn) + gap);
 }
 
 }
@@ -58,6 +60,7 @@ void DeviceViewController::viewDidLoad()
     for (QTableWidget *table :
          {m_ui->generalTableView, m_ui->infoTableView, m_ui->statusTableView}) {
         table->horizontalHeader()->setStretchLastSection(true);
+        table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         table->verticalHeader()->setDefaultSectionSize(
             table->verticalHeader()->minimumSectionSize());
     }

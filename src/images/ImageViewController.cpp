@@ -10,15 +10,6 @@
 #include <QDir>
 #include <QFileDialog>
 
-namespace {
-
-QString text(const char *key)
-{
-    return localized("Image", key);
-}
-
-}
-
 ImageViewController::ImageViewController(Kind kind)
     : m_ui(madeForm<Ui::Image>(this))
     , m_kind(std::move(kind))
@@ -39,8 +30,8 @@ ImageViewController::~ImageViewController() = default;
 void ImageViewController::srcSelectAction()
 {
     const QString present = m_ui->srcFolderField->text();
-    auto *chooser =
-        new QFileDialog(window(), text("Select"), present.isEmpty() ? QDir::homePath() : present);
+    auto *chooser = new QFileDialog(window(), localized("Image", "Select"),
+                                    present.isEmpty() ? QDir::homePath() : present);
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     chooser->setFileMode(QFileDialog::Directory);
     chooser->setOption(QFileDialog::ShowDirsOnly);
@@ -55,15 +46,20 @@ void ImageViewController::srcSelectAction()
 void ImageViewController::outputSelectAction()
 {
     const QString present = m_ui->outputField->text();
-    auto *chooser =
-        new QFileDialog(window(), text("Select"),
-                        present.isEmpty() ? QDir::homePath() : QFileInfo(present).absolutePath(),
-                        text("Disc images") + QStringLiteral(" (*.%1)").arg(m_kind.fileType));
+    auto *chooser = new QFileDialog(
+        window(), localized("Image", "Select"),
+        present.isEmpty() ? QDir::homePath() : QFileInfo(present).absolutePath(),
+        localized("Image", "Disc images") + QStringLiteral(" (*.%1)").arg(m_kind.fileType));
     chooser->setAttribute(Qt::WA_DeleteOnClose);
     chooser->setAcceptMode(QFileDialog::AcceptSave);
     chooser->setOption(QFileDialog::ReadOnly); // makes no folders
-    chooser->setDefaultSuffix(m_kind.fileType);
-    connect(chooser, &QFileDialog::fileSelected, this, [this](const QString &file) {
+    // The chooser adds its suffix to names without any dot only, and what it would ask about is
+    // not yet the whole name; the tool replaces what is there.
+    chooser->setOption(QFileDialog::DontConfirmOverwrite);
+    connect(chooser, &QFileDialog::fileSelected, this, [this](QString file) {
+        const QString suffix = u'.' + m_kind.fileType;
+        if (!file.endsWith(suffix, Qt::CaseInsensitive))
+            file += suffix;
         m_ui->outputField->setText(file);
         m_ui->outputField->setToolTip(file);
     });
@@ -82,13 +78,13 @@ bool ImageViewController::verify() const
 {
     return runChecks({
         {[&] { return m_ui->srcFolderField->text().isEmpty(); },
-         text("Source folder cannot be null."),
+         localized("Image", "Source folder cannot be null."),
          {}},
         {[&] { return m_ui->volumnNameField->text().isEmpty(); },
-         text("Volume name cannot be null."),
+         localized("Image", "Volume name cannot be null."),
          {}},
         {[&] { return m_ui->outputField->text().isEmpty(); },
-         text("Output file cannot be null."),
+         localized("Image", "Output file cannot be null."),
          {}},
     });
 }
@@ -109,8 +105,10 @@ void ImageViewController::generateAction()
 void ImageViewController::generated(std::optional<int> exitStatus)
 {
     setAllStatus(true);
-    MiscTool::showAlert(exitStatus == 0 ? text("Image is generated successfully.")
-                                        : text("Fail to generate Image."),
+    if (m_tool.wasAborted())
+        return; // by leaving the program, whose last window an alert would be
+    MiscTool::showAlert(exitStatus == 0 ? localized("Image", "Image is generated successfully.")
+                                        : localized("Image", "Fail to generate Image."),
                         {});
 }
 

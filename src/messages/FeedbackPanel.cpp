@@ -15,10 +15,9 @@ namespace {
 const QString insertOperation = QStringLiteral("INSERT");
 const QString updateOperation = QStringLiteral("UPDATE");
 
-QString text(const char *key)
-{
-    return localized("Feedback", key);
-}
+// Of text, that the sheet is high at first.
+constexpr int askedLines = 15;
+constexpr int answeredLines = 26;
 
 QString loggedUserID()
 {
@@ -69,7 +68,8 @@ void FeedbackPanel::fill(const FeedbackJson &feedback, bool showsAnswer)
     m_ui->askedRow->setVisible(m_operation == updateOperation);
     m_ui->answerBox->setVisible(showsAnswer);
     allowWhatIsAllowed();
-    resize(width(), sizeHint().height());
+    const int lines = showsAnswer ? answeredLines : askedLines;
+    resize(width(), lines * fontMetrics().lineSpacing());
 }
 
 bool FeedbackPanel::isAnswered() const
@@ -105,8 +105,8 @@ bool FeedbackPanel::verify()
 {
     return runChecks({
         {[this] { return m_ui->questionTextView->toPlainText().isEmpty(); },
-         text("Question cannot be null."), text("Please enter the Question."),
-         m_ui->questionTextView},
+         localized("Feedback", "Question cannot be null."),
+         localized("Feedback", "Please enter the Question."), m_ui->questionTextView},
     });
 }
 
@@ -150,7 +150,8 @@ void FeedbackPanel::save()
         accept();
         Q_EMIT saved();
     } else {
-        MiscTool::showAlert(text("Failed to save."), text("Please try again later."));
+        MiscTool::showAlert(localized("Feedback", "Failed to save."),
+                            localized("Feedback", "Please try again later."));
     }
 }
 

@@ -12,11 +12,6 @@ namespace {
 
 enum Column { askTimeColumn, submittedByColumn, questionColumn };
 
-QString text(const char *key)
-{
-    return localized("Feedback", key);
-}
-
 // Of the user's own questions; root's are everybody's.
 QString ownClause()
 {
@@ -108,12 +103,13 @@ void FeedbackViewController::deleteAction()
     if (row < 0)
         return;
     if (m_data.at(row).AnsweredBy.toInt() >= 1) {
-        MiscTool::showAlert(text("Forbidden to delete."),
-                            text("There is critical data referenced."));
+        MiscTool::showAlert(localized("Feedback", "Forbidden to delete."),
+                            localized("Feedback", "There is critical data referenced."));
         return;
     }
     Alerts::confirmOnWindow(
-        this, text("Are you sure to delete?"), text("The operation is irreversible."),
+        this, localized("Feedback", "Are you sure to delete?"),
+        localized("Feedback", "The operation is irreversible."),
         [this, id = m_data.at(row).ID] { wait([this, id] { remove(id); }); }, "Feedback");
 }
 
@@ -122,7 +118,8 @@ void FeedbackViewController::remove(const QString &id)
     const bool isRemoved = m_blSyncFeedback.deleteByID(id);
     m_waiting.end();
     if (!isRemoved)
-        MiscTool::showAlert(text("Failed to delete."), text("Please try again later."));
+        MiscTool::showAlert(localized("Feedback", "Failed to delete."),
+                            localized("Feedback", "Please try again later."));
     MainQueue::async(this, [this] { loadData(); }); // when this waiting is over
 }
 

@@ -14,11 +14,6 @@ namespace {
 const QString insertOperation = QStringLiteral("INSERT");
 const QString updateOperation = QStringLiteral("UPDATE");
 
-QString text(const char *key)
-{
-    return localized("Notification", key);
-}
-
 }
 
 NotificationPanel::NotificationPanel(QWidget *parent)
@@ -39,19 +34,21 @@ void NotificationPanel::presentNew()
     m_operation = insertOperation;
     NotificationJson notification;
     notification.IsEnabled = QStringLiteral("1");
-    setWindowTitle(text("Insert"));
+    setWindowTitle(localized("Notification", "Insert"));
     fill(notification);
 }
 
 void NotificationPanel::present(const NotificationJson &notification)
 {
     m_operation = updateOperation;
-    setWindowTitle(Session::isRoot() ? text("Update") : text("Notification"));
+    setWindowTitle(Session::isRoot() ? localized("Notification", "Update")
+                                     : localized("Notification", "Notification"));
     fill(notification);
 }
 
 void NotificationPanel::fill(const NotificationJson &notification)
 {
+    const bool isRoot = Session::isRoot();
     m_notification = notification;
     m_ui->titleField->setText(notification.Title);
     m_ui->bodyField->setPlainText(notification.Body);
@@ -60,10 +57,15 @@ void NotificationPanel::fill(const NotificationJson &notification)
     // Whom it is for concerns nobody else.
     for (QWidget *control : std::initializer_list<QWidget *>{m_ui->businessContinentPopup,
                                                              m_ui->countryPopup, m_ui->enabledCB})
-        m_ui->panelBoxLayout->setRowVisible(control, Session::isRoot());
-    m_ui->saveButton->setVisible(Session::isRoot());
+        m_ui->panelBoxLayout->setRowVisible(control, isRoot);
+    m_ui->saveButton->setVisible(isRoot);
+    m_ui->cancelButton->setText(isRoot ? localized("Notification", "&Cancel")
+                                       : localized("Notification", "&Close"));
     setAllStatus(true);
-    m_ui->titleField->setFocus();
+    if (isRoot)
+        m_ui->titleField->setFocus();
+    else
+        m_ui->cancelButton->setFocus();
     open();
 }
 
@@ -89,10 +91,12 @@ void NotificationPanel::setAllStatus(bool enabled)
 bool NotificationPanel::verify()
 {
     return runChecks({
-        {[this] { return m_ui->titleField->text().isEmpty(); }, text("Title can not be null."),
-         text("Please enter the title."), m_ui->titleField},
-        {[this] { return m_ui->bodyField->toPlainText().isEmpty(); }, text("Body can not be null."),
-         text("Please enter the body."), m_ui->bodyField},
+        {[this] { return m_ui->titleField->text().isEmpty(); },
+         localized("Notification", "Title can not be null."),
+         localized("Notification", "Please enter the title."), m_ui->titleField},
+        {[this] { return m_ui->bodyField->toPlainText().isEmpty(); },
+         localized("Notification", "Body can not be null."),
+         localized("Notification", "Please enter the body."), m_ui->bodyField},
     });
 }
 
@@ -126,7 +130,8 @@ void NotificationPanel::save()
         accept();
         Q_EMIT saved();
     } else {
-        MiscTool::showAlert(text("Failed to save."), text("Please try again later."));
+        MiscTool::showAlert(localized("Notification", "Failed to save."),
+                            localized("Notification", "Please try again later."));
     }
 }
 

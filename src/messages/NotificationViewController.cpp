@@ -12,11 +12,6 @@ namespace {
 
 enum Column { titleColumn, issuedTimeColumn };
 
-QString text(const char *key)
-{
-    return localized("Notification", key);
-}
-
 // Of what the user may see. One whose name is no company's address may see everything, as root.
 QString visibleClause()
 {
@@ -116,7 +111,8 @@ void NotificationViewController::deleteAction()
     if (row < 0)
         return;
     Alerts::confirmOnWindow(
-        this, text("Are you sure to delete?"), text("The operation is irreversible."),
+        this, localized("Notification", "Are you sure to delete?"),
+        localized("Notification", "The operation is irreversible."),
         [this, id = m_data.at(row).ID] { wait([this, id] { remove(id); }); }, "Notification");
 }
 
@@ -128,6 +124,7 @@ void NotificationViewController::remove(const QString &id)
         && BLSyncNotificationReadStatus().remove(QStringLiteral("NotificationID=") + id);
     m_waiting.end();
     if (!isRemoved)
-        MiscTool::showAlert(text("Failed to delete."), text("Please try again later."));
+        MiscTool::showAlert(localized("Notification", "Failed to delete."),
+                            localized("Notification", "Please try again later."));
     MainQueue::async(this, [this] { loadData(); }); // when this waiting is over
 }

@@ -4,6 +4,7 @@
 #include "DescribedRecorder.h"
 #include "EraseViewController.h"
 #include "JobLog.h"
+#include "MediaTypes.h"
 #include "Session.h"
 #include "VirtualDrive.h"
 #include "WindowTestMain.h"
@@ -68,6 +69,7 @@ private Q_SLOTS:
     void erasesEveryKindOfMedium();
     void failureLeavesTheControls();
     void cancelErasesNothing();
+    void burnBeforeIsKept();
 
 private:
     void show()
@@ -149,12 +151,11 @@ void EraseTest::erasesEveryKindOfMedium_data()
     QTest::addColumn<int>("eraseType");
     QTest::addColumn<bool>("eject");
 
-    for (const QLatin1StringView type :
-         {DRDeviceMediaTypeCDRW, DRDeviceMediaTypeDVDRW, DRDeviceMediaTypeDVDPlusRW,
-          DRDeviceMediaTypeDVDRAM, DRDeviceMediaTypeBDRE})
+    for (const MediaType &medium : MediaTypes::all())
         for (const int eraseType : {0, 1})
-            QTest::addRow("%s %d", type.data(), eraseType)
-                << QString(type) << eraseType << (eraseType == 1);
+            if (VirtualDrive::isRewritable(medium))
+                QTest::addRow("%s %d", medium.name.data(), eraseType)
+                    << QString(medium.type) << eraseType << (eraseType == 1);
 }
 
 void EraseTest::erasesEveryKindOfMedium()
@@ -216,6 +217,24 @@ void EraseTest::cancelErasesNothing()
     erase(alerts, QMessageBox::Cancel);
     QTRY_VERIFY(alerts.isDone());
     QVERIFY(!m_drive->device().mediaIsBlank() && !Session::isWorking());
+}
+
+// An erase that waited for the burn's end would take the disc that was just made.
+void EraseTest::burnBeforeIsKept()
+{
+    DRBurn burn = DRBurn::initWithDevice(m_drive->device());
+    burn.setRequestedBurnSpeed(706); // KB/s: it runs still when the erase is started
+    const JobLog log(burn);
+    burn.writeLayout(DRBurn::layoutForImageFile(m_drive->makeSource(QStringLiteral("a"), 4 << 20)));
+    show();
+    AlertRecorder alerts;
+    erase(alerts);
+    QTRY_COMPARE_WITH_TIMEOUT(control<QGroupBox>("stateBox")->title(), QStringLiteral("Failed"),
+                              patience);
+    QCOMPARE(control<QGroupBox>("progressBox")->toolTip(), QStringLiteral("The recorder is busy."));
+    QVERIFY(!log.states().contains(QString(DRStatusStateDone)));
+    burn.abort();
+    QVERIFY(log.waitForEnd());
 }
 
 MAPLORN_WINDOW_TEST_MAIN(EraseTest)

@@ -218,10 +218,9 @@ void ImagePageTest::abortEndsTheTool()
     enter(QStringLiteral("/a"), QStringLiteral("b"), QStringLiteral("/c"));
     click("generateButton");
     QTRY_VERIFY_WITH_TIMEOUT(!content("begun").isEmpty(), patience);
-    AlertRecorder alerts;
-    alerts.expect(failure, {});
+    const AlertRecorder noAlert; // it would keep the program open behind its closed window
     RunningJobs::instance().abortAll();
-    QTRY_VERIFY_WITH_TIMEOUT(alerts.isDone(), patience);
+    QTRY_VERIFY_WITH_TIMEOUT(control<QPushButton>("generateButton")->isEnabled(), patience);
     QCOMPARE(content("ended"), QByteArray("ended\n"));
 }
 
@@ -240,9 +239,9 @@ void ImagePageTest::choosingAFolderNamesTheVolume()
 
     click("outputSelectButton");
     chooser = m_page->findChild<QFileDialog *>();
-    chooser->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path("image"));
+    chooser->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"))->setText(path("image 2.5"));
     chooser->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Save)->click();
-    QTRY_COMPARE(control<QLineEdit>("outputField")->text(), path("image.dmg"));
+    QTRY_COMPARE(control<QLineEdit>("outputField")->text(), path("image 2.5.dmg"));
 }
 
 void ImagePageTest::clearAsksNothing()

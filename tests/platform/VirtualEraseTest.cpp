@@ -1,9 +1,11 @@
 #include "BurnRun.h"
 #include "DRKeys.h"
+#include "MediaTypes.h"
 #include "TestMain.h"
 #include "VirtualDrive.h"
 
 #include <filesystem>
+#include <sys/stat.h>
 
 class VirtualEraseTest : public QObject
 {
@@ -17,6 +19,7 @@ private Q_SLOTS:
     void whatCanBeErased();
     void completeLeavesNothing_data();
     void completeLeavesNothing();
+    void completeTakesNoRoom();
     void quickIsNotOverwriting();
     void states();
     void cancelledHalfWay();
@@ -28,7 +31,8 @@ private:
     {
         return m_drive->mediumFile(QString::fromLatin1(name));
     }
-    void burn() const;
+    void burn() const { burn(m_drive->makeSource(QStringLiteral("image.iso"), 3000000)); }
+    void burn(const QString &image) const;
 
     // Another name for a file, through which it is seen after its removal.
     [[nodiscard]] QString linkTo(const QString &path) const;
@@ -36,11 +40,10 @@ private:
     std::unique_ptr<VirtualDrive> m_drive;
 };
 
-void VirtualEraseTest::burn() const
+void VirtualEraseTest::burn(const QString &image) const
 {
     BurnRequest request;
-    request.tracks = {
-        DRTrack::trackForImageFile(m_drive->makeSource(QStringLiteral("image.iso"), 3000000))};
+    request.tracks = {DRTrack::trackForImageFile(image)};
     const Result<> burned = BurnRun().burn(recorder(), request);
     QVERIFY2(burned, qPrintable(burned.error()));
 }
@@ -56,15 +59,9 @@ void VirtualEraseTest::whatCanBeErased_data()
 {
     QTest::addColumn<QString>("type");
     QTest::addColumn<bool>("erasable");
-    const auto row = [](QLatin1StringView type, bool erasable) {
-        QTest::newRow(type.data()) << QString(type) << erasable;
-    };
-    row(DRDeviceMediaTypeCDR, false);
-    row(DRDeviceMediaTypeCDRW, true);
-    row(DRDeviceMediaTypeDVDPlusRDoubleLayer, false);
-    row(DRDeviceMediaTypeDVDRAM, true);
-    row(DRDeviceMediaTypeBDR, false);
-    row(DRDeviceMediaTypeBDRE, true);
+    for (const MediaType &medium : MediaTypes::all())
+        QTest::newRow(medium.name.data())
+            << QString(medium.type) << VirtualDrive::isRewritable(medium);
 }
 
 void VirtualEraseTest::whatCanBeErased()
@@ -98,6 +95,23 @@ void VirtualEraseTest::completeLeavesNothing()
     QVERIFY(BurnRun().erase(recorder(), EraseType::Complete));
     QCOMPARE(fileContent(link).count('\0'), size);
     QCOMPARE(m_drive->mediumFiles(), QStringList{QStringLiteral("medium.plist")});
+}
+
+// Of the disk, which may be full: what reads as zeros already stays as it is.
+void VirtualEraseTest::completeTakesNoRoom()
+{
+    const QString image = m_drive->makeSource(QStringLiteral("image.iso"), 9000000);
+    QVERIFY(QFile::resize(image, 300000000));
+    burn(image);
+    const QByteArray link = QFile::encodeName(linkTo(path("disc.iso")));
+    struct stat before = {};
+    struct stat after = {};
+    QVERIFY(::stat(link.constData(), &before) == 0 && before.st_blocks * 512 < 20000000);
+    BurnRun run;
+    QVERIFY(run.erase(recorder(), EraseType::Complete));
+    QVERIFY(::stat(link.constData(), &after) == 0 && after.st_blocks <= before.st_blocks);
+    QCOMPARE(fileContent(QFile::decodeName(link)).count('\0'), 300001280);
+    QCOMPARE(run.fractions().last(), 1.0);
 }
 
 void VirtualEraseTest::quickIsNotOverwriting()

@@ -1,5 +1,7 @@
 #include "VirtualDrive.h"
 
+#include "MediaTypes.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -21,6 +23,12 @@ QString VirtualDrive::mediumFile(const QString &name) const
 QStringList VirtualDrive::mediumFiles() const
 {
     return QDir(m_recorder->mediumFolder()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+bool VirtualDrive::isRewritable(const MediaType &medium)
+{
+    const QString name = medium.name;
+    return name.contains(u"RW") || name.contains(u"RE") || name.contains(u"RAM");
 }
 
 void VirtualDrive::insert(const QString &type, qint64 capacity)

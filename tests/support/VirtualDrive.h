@@ -24,6 +24,9 @@ public:
     [[nodiscard]] QString mediumFile(const QString &name) const;
     [[nodiscard]] QStringList mediumFiles() const;
 
+    // Whether a medium can be erased, by what people call it.
+    [[nodiscard]] static bool isRewritable(const MediaType &medium);
+
     // Puts in a blank medium of that type that holds that many blocks (0: the real number).
     void insert(const QString &type, qint64 capacity = 0);
 

@@ -9,6 +9,7 @@
 #include <array>
 #include <atomic>
 #include <csignal>
+#include <fcntl.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -43,8 +44,9 @@ class DiskImageFailureTest : public QObject
     Q_OBJECT
 
     [[nodiscard]] QByteArray path(const QByteArray &name) const { return m_run->path(name); }
-    void withoutNamelessFiles();
+    void without(const char *features);
     [[nodiscard]] bool onlyOldImage() const;
+    pid_t startWriting(QProcess &process) const;
 
     std::unique_ptr<DiskImageRun> m_run;
     const QByteArrayList m_words{"makehybrid", "-ov", "-quiet", "-o", "out/old.iso", "source"};
@@ -56,13 +58,18 @@ private Q_SLOTS:
     void signalled_data();
     void signalled();
     void ignoredSignalStaysIgnored();
-    void namedUntilComplete();
+    void twoAtATime();
+    void poorFileSystems_data();
+    void poorFileSystems();
     void shrinkingSource_data();
     void shrinkingSource();
     void unreadableSource();
     void fullDisk_data();
     void fullDisk();
-    void tooLargeAFile();
+    void limits_data();
+    void limits();
+    void noticeThatNobodyReads_data();
+    void noticeThatNobodyReads();
     void folderThatCannotBeWrittenTo();
 };
 
@@ -73,9 +80,10 @@ void DiskImageFailureTest::init()
 }
 
 // LeakSanitizer and the order of libraries that AddressSanitizer wants are not the point here.
-void DiskImageFailureTest::withoutNamelessFiles()
+void DiskImageFailureTest::without(const char *features)
 {
-    m_run->setEnvironment(QStringLiteral("LD_PRELOAD"), QStringLiteral(NO_NAMELESS_FILES));
+    m_run->setEnvironment(QStringLiteral("POOR_FILE_SYSTEM"), QString::fromLatin1(features));
+    m_run->setEnvironment(QStringLiteral("LD_PRELOAD"), QStringLiteral(POOR_FILE_SYSTEM));
     m_run->setEnvironment(QStringLiteral("ASAN_OPTIONS"),
                           QStringLiteral("verify_asan_link_order=0:detect_leaks=0"));
 }
@@ -86,6 +94,21 @@ bool DiskImageFailureTest::onlyOldImage() const
            && readFile(path("out/old.iso")) == "the image that was there";
 }
 
+// Returns when a part of the image, of 300 MB, is written.
+pid_t DiskImageFailureTest::startWriting(QProcess &process) const
+{
+    const QByteArray content = noise(30'000'000);
+    for (int i = 0; i < 10; ++i)
+        makeFile(path("source/") + QByteArray::number(i), content);
+    m_run->prepare(process, m_words);
+    process.start();
+    process.waitForStarted();
+    const auto id = static_cast<pid_t>(process.processId());
+    while (!writesIn(id, path("out")) && process.state() == QProcess::Running)
+        process.waitForFinished(1);
+    return id;
+}
+
 void DiskImageFailureTest::signalled_data()
 {
     QTest::addColumn<int>("signal");
@@ -93,6 +116,7 @@ void DiskImageFailureTest::signalled_data()
     QTest::newRow("SIGTERM") << SIGTERM << true;
     QTest::newRow("SIGINT") << SIGINT << true;
     QTest::newRow("SIGHUP") << SIGHUP << true;
+    QTest::newRow("SIGQUIT") << SIGQUIT << true;
     QTest::newRow("SIGKILL") << SIGKILL << true;
     QTest::newRow("SIGTERM, temporary name") << SIGTERM << false;
     QTest::newRow("SIGKILL, temporary name") << SIGKILL << false;
@@ -103,17 +127,10 @@ void DiskImageFailureTest::signalled()
     QFETCH(int, signal);
     QFETCH(bool, nameless);
     if (!nameless)
-        withoutNamelessFiles();
-    const QByteArray content = noise(30'000'000);
-    for (int i = 0; i < 10; ++i)
-        makeFile(path("source/") + QByteArray::number(i), content);
+        without("tmpfile");
     QProcess process;
-    m_run->prepare(process, m_words);
-    process.start();
-    QVERIFY(process.waitForStarted());
-    const auto id = static_cast<pid_t>(process.processId());
-    while (!writesIn(id, path("out")) && process.state() == QProcess::Running)
-        process.waitForFinished(1);
+    const pid_t id = startWriting(process);
+    ::kill(id, SIGUSR1); // neither ends it nor keeps the next one from doing so
     ::kill(id, signal);
     const DiskImageRun::Outcome outcome = DiskImageRun::finish(process);
     if (signal != SIGKILL)
@@ -122,42 +139,59 @@ void DiskImageFailureTest::signalled()
         QVERIFY(onlyOldImage());
         return;
     }
-    // The one case in which something stays: it tells whose it is.
+    // The one case in which something stays: it tells whose it is, and the next run removes it.
     QCOMPARE(process.exitStatus(), QProcess::CrashExit);
     QCOMPARE(readFile(path("out/old.iso")), QByteArray("the image that was there"));
     const QByteArrayList names = m_run->names("out");
     QCOMPARE(names.size(), 2);
     QVERIFY(names.first().startsWith(".maplorn-diskimage-") && names.first().endsWith(".part"));
+    makeFolder(path("empty"));
+    QCOMPARE(m_run->run({"makehybrid", "-o", "out/new.iso", "empty"}).exitCode, 0);
+    QCOMPARE(m_run->names("out"), (QByteArrayList{"new.iso", "old.iso"}));
 }
 
 // As nohup has it: who started the program said that it should go on.
 void DiskImageFailureTest::ignoredSignalStaysIgnored()
 {
-    const QByteArray content = noise(30'000'000);
-    for (int i = 0; i < 5; ++i)
-        makeFile(path("source/") + QByteArray::number(i), content);
     QProcess process;
-    m_run->prepare(process, m_words);
     process.setChildProcessModifier([] { std::signal(SIGHUP, SIG_IGN); });
-    process.start();
-    QVERIFY(process.waitForStarted());
-    const auto id = static_cast<pid_t>(process.processId());
-    while (!writesIn(id, path("out")) && process.state() == QProcess::Running)
-        process.waitForFinished(1);
-    ::kill(id, SIGHUP);
+    ::kill(startWriting(process), SIGHUP);
     QCOMPARE(DiskImageRun::finish(process).text(), QByteArray("status 0, output , errors "));
-    QVERIFY(readFile(path("out/old.iso")).size() > 5 * content.size());
+    QVERIFY(readFile(path("out/old.iso")).size() > 300'000'000);
 }
 
-void DiskImageFailureTest::namedUntilComplete()
+// The file of the first looks like one that was left behind.
+void DiskImageFailureTest::twoAtATime()
 {
-    withoutNamelessFiles();
+    without("tmpfile");
+    makeFolder(path("empty"));
+    QProcess process;
+    const pid_t id = startWriting(process);
+    ::kill(id, SIGSTOP);
+    QCOMPARE(m_run->run({"makehybrid", "-o", "out/new.iso", "empty"}).exitCode, 0);
+    ::kill(id, SIGCONT);
+    QCOMPARE(DiskImageRun::finish(process).text(), QByteArray("status 0, output , errors "));
+    QCOMPARE(m_run->names("out"), (QByteArrayList{"new.iso", "old.iso"}));
+}
+
+void DiskImageFailureTest::poorFileSystems_data()
+{
+    QTest::addColumn<QByteArray>("missing");
+    for (const char *missing : {"tmpfile", "tmpfile renameat2", "tmpfile renameat2 link", "proc"})
+        QTest::newRow(missing) << QByteArray(missing);
+}
+
+void DiskImageFailureTest::poorFileSystems()
+{
+    QFETCH(QByteArray, missing);
+    without(missing.constData());
     makeFile(path("source/file"), "content");
     const QByteArrayList refusing{"makehybrid", "-quiet", "-o", "out/old.iso", "source"};
     QVERIFY(m_run->run(refusing).failedWith("old.iso: File exists"));
     QVERIFY(onlyOldImage());
     QCOMPARE(m_run->run(m_words).text(), QByteArray("status 0, output , errors "));
-    QCOMPARE(m_run->run({"makehybrid", "-quiet", "-o", "out/new.iso", "source"}).exitCode, 0);
+    QCOMPARE(m_run->run({"makehybrid", "-quiet", "-o", "out/new.iso", "source"}).text(),
+             QByteArray("status 0, output , errors "));
     QCOMPARE(m_run->names("out"), (QByteArrayList{"new.iso", "old.iso"}));
     QCOMPARE(readFile(path("out/old.iso")).size(), readFile(path("out/new.iso")).size());
 }
@@ -232,19 +266,58 @@ void DiskImageFailureTest::fullDisk()
     QCOMPARE(readFile(path("out/other")).size(), qsizetype(1'500'000));
 }
 
-void DiskImageFailureTest::tooLargeAFile()
+void DiskImageFailureTest::limits_data()
 {
+    QTest::addColumn<int>("limited");
+    QTest::addColumn<quint64>("limit");
+    QTest::addColumn<QByteArray>("reason");
+    QTest::newRow("file") << int(RLIMIT_FSIZE) << quint64(1'000'000)
+                          << QByteArray("File too large");
+    // A thread's stack is as large as the limit, and no address space holds it.
+    QTest::newRow("thread") << int(RLIMIT_STACK) << (quint64(1) << 47)
+                            << QByteArray("Resource temporarily unavailable");
+}
+
+void DiskImageFailureTest::limits()
+{
+    QFETCH(int, limited);
+    QFETCH(quint64, limit);
+    QFETCH(QByteArray, reason);
     makeFile(path("source/file"), noise(3'000'000));
     QProcess process;
     m_run->prepare(process, m_words);
-    process.setChildProcessModifier([] {
-        const rlimit limit = {1'000'000, 1'000'000};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
+    process.setChildProcessModifier([limited, limit] {
+        const rlimit both = {limit, limit};
+        ::setrlimit(static_cast<__rlimit_resource>(limited), &both);
     });
     process.start();
     const DiskImageRun::Outcome outcome = DiskImageRun::finish(process);
-    QVERIFY2(outcome.failedWith("out/old.iso: File too large"), outcome.text().constData());
+    QVERIFY2(outcome.failedWith("out/old.iso: " + reason), outcome.text().constData());
     QVERIFY(onlyOldImage());
+}
+
+void DiskImageFailureTest::noticeThatNobodyReads_data()
+{
+    QTest::addColumn<bool>("pipe");
+    QTest::newRow("full disk") << false;
+    QTest::newRow("closed pipe") << true;
+}
+
+// No failure, after which the old image would have to be there.
+void DiskImageFailureTest::noticeThatNobodyReads()
+{
+    QFETCH(bool, pipe);
+    QProcess process;
+    m_run->prepare(process, {"makehybrid", "-ov", "-o", "out/old.iso", "source"});
+    process.setChildProcessModifier([pipe] {
+        std::array<int, 2> ends = {-1, pipe ? -1 : ::open("/dev/full", O_WRONLY)};
+        if (pipe && ::pipe(ends.data()) == 0)
+            ::close(ends[0]);
+        ::dup2(ends[1], STDOUT_FILENO);
+    });
+    process.start();
+    QCOMPARE(DiskImageRun::finish(process).text(), QByteArray("status 0, output , errors "));
+    QVERIFY(readFile(path("out/old.iso")).size() > 2048);
 }
 
 void DiskImageFailureTest::folderThatCannotBeWrittenTo()

@@ -32,8 +32,8 @@ void AccountTour::registerCompany(const QString &shots)
         tour.fillDetails();
         tour.press("continueButtonOfDetailItem", "firstNameField");
         tour.fillMoreDetails();
-        click(tour.find<QWidget>("createButtonOfMoreDetailItem"));
-        tour.waitForAlert(QStringLiteral("Registered successfully."));
+        tour.clickForAlert("createButtonOfMoreDetailItem",
+                           QStringLiteral("Registered successfully."));
         require(tour.find<QLineEdit>("userField")->text() == user,
                 QStringLiteral("the new user is not offered"));
         tour.signIn(firstPassword);
@@ -114,8 +114,7 @@ void AccountTour::changeSecurity() const
     answerQuestions(QStringLiteral("Another answer"));
     shoot(QStringLiteral("password-filled"));
     shootNarrow(QStringLiteral("password-narrow"));
-    click(button);
-    waitForAlert(QStringLiteral("Security Info changed successfully."));
+    clickForAlert("saveButton", QStringLiteral("Security Info changed successfully."));
     waitFor([button] { return button->isEnabled(); }, QStringLiteral("the page stays disabled"));
     shoot(QStringLiteral("password-saved"));
 }
@@ -125,10 +124,8 @@ void AccountTour::findRescue() const
 {
     answerQuestions(QStringLiteral("My answer"));
     shootSheet(QStringLiteral("forgot-2"));
-    while (!isShown("rescueEmailField")) {
-        click(find<QWidget>("continueButtonOfStep2Item"));
-        waitForAlert(QStringLiteral("The first answer is wrong."));
-    }
+    while (!isShown("rescueEmailField"))
+        clickForAlert("continueButtonOfStep2Item", QStringLiteral("The first answer is wrong."));
     type("rescueEmailField", rescueEmail);
     for (const auto &[popUp, item] :
          {std::pair("yearPopUpButton", "2000"), std::pair("monthPopUpButton", "11"),
@@ -179,13 +176,4 @@ void AccountTour::press(const char *button, const char *shownThen) const
     click(find<QWidget>(button));
     waitFor([&] { return isShown(shownThen); },
             QStringLiteral("%1 does not lead on").arg(QLatin1StringView(button)));
-}
-
-void AccountTour::waitForAlert(const QString &message) const
-{
-    const qsizetype before = alertsSoFar().size();
-    waitFor([&] { return alertsSoFar().size() > before && !alert(); },
-            QStringLiteral("nothing says “%1”").arg(message));
-    require(alertsSoFar().last() == message,
-            QStringLiteral("the alert says “%1”").arg(alertsSoFar().last()));
 }

@@ -29,5 +29,4 @@ private:
     // The window with the sheet; then the sheet as small as it goes.
     void shootSheet(const QString &name) const;
     void press(const char *button, const char *shownThen) const;
-    void waitForAlert(const QString &message) const;
 };

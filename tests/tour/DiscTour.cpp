@@ -37,16 +37,6 @@ void DiscTour::showRecorder() const
     require(tabs->count() == 3, QStringLiteral("no status of a disc"));
 }
 
-void DiscTour::waitForAlert(const QString &message, const std::function<void()> &action) const
-{
-    const qsizetype before = alertsSoFar().size();
-    action();
-    waitFor([&] { return alertsSoFar().size() > before; },
-            QStringLiteral("nothing says “%1”").arg(message), burned);
-    require(alertsSoFar().last() == message,
-            QStringLiteral("the alert says “%1”").arg(alertsSoFar().last()));
-}
-
 void DiscTour::erase() const
 {
     openModule(QStringLiteral("Erase"));
@@ -76,8 +66,7 @@ void DiscTour::makeImage(const QString &module, const QString &extension) const
     click(find<QPushButton>("outputSelectButton"));
     choose(output, shot);
     shoot(extension + QStringLiteral("-chosen"));
-    waitForAlert(QStringLiteral("Image is generated successfully."),
-                 [this] { click(find<QPushButton>("generateButton")); });
+    clickForAlert("generateButton", QStringLiteral("Image is generated successfully."));
     require(QFileInfo(output).size() > 0, QStringLiteral("%1 is missing").arg(output));
     say(QStringLiteral("  %1: %2 bytes").arg(output).arg(QFileInfo(output).size()));
 }

@@ -16,8 +16,6 @@ private:
     void showRecorder() const;
     void erase() const;
     void makeImage(const QString &module, const QString &extension) const;
-    // Waits until one more alert has come and gone, and requires it to say this.
-    void waitForAlert(const QString &message, const std::function<void()> &action) const;
 
     QString m_folder;
 };

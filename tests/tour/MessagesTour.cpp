@@ -18,27 +18,35 @@ const QString continent = QStringLiteral("Europe");
 
 void MessagesTour::runSessions(const QString &shots, const QString &user, const QString &password)
 {
-    const QString root = QStringLiteral("root");
-    const QString rootPassword = QStringLiteral("kvex");
-    run(shots, user, password, &MessagesTour::ask);
-    run(shots, root, rootPassword, &MessagesTour::answerAndPublish);
-    holdAlerts(true);
-    run(shots, user, password, &MessagesTour::seeThem);
-}
-
-void MessagesTour::run(const QString &shots, const QString &user, const QString &password,
-                       Steps steps)
-{
     runSession<MessagesTour>(shots, [&](MessagesTour &tour) {
-        tour.pressSignIn(user, password);
-        (tour.*steps)();
+        tour.signIn(user, password);
+        tour.ask();
+        tour.signOut();
+    });
+    runSession<MessagesTour>(shots, [](MessagesTour &tour) {
+        const qsizetype alerts = alertsSoFar().size();
+        tour.signIn(QStringLiteral("root"), QStringLiteral("kvex"));
+        require(alertsSoFar().size() == alerts, QStringLiteral("root gets a notification"));
+        tour.answerAndPublish();
+        tour.signOut();
+    });
+    runSession<MessagesTour>(shots, [&](MessagesTour &tour) {
+        atNextAlert([&tour] { tour.shoot(QStringLiteral("notification-pop-up")); });
+        tour.signIn(user, password);
+        require(alertsSoFar().last() == noticeTitle, QStringLiteral("no notification pops up"));
+        tour.seeThem();
         tour.signOut();
     });
 }
 
+void MessagesTour::signIn(const QString &user, const QString &password) const
+{
+    pressSignIn(user, password);
+    waitFor([this] { return !isShown("loginButton"); }, QStringLiteral("the sheet stays"));
+}
+
 void MessagesTour::ask()
 {
-    waitFor([this] { return !isShown("loginButton"); }, QStringLiteral("nobody is signed in"));
     say(QStringLiteral("Asking a question"));
     openModule(QStringLiteral("Support"));
     click(find<QPushButton>("addButton"));
@@ -51,7 +59,6 @@ void MessagesTour::ask()
 
 void MessagesTour::answerAndPublish()
 {
-    waitFor([this] { return !isShown("loginButton"); }, QStringLiteral("nobody is signed in"));
     answerQuestion();
     publish();
 }
@@ -90,13 +97,6 @@ void MessagesTour::publish() const
 
 void MessagesTour::seeThem()
 {
-    waitFor([] { return alert() != nullptr; }, QStringLiteral("no notification pops up"));
-    require(alert()->text() == noticeTitle && alert()->informativeText() == noticeBody,
-            QStringLiteral("another alert: %1").arg(alert()->text()));
-    shoot(QStringLiteral("notification-pop-up"));
-    holdAlerts(false);
-    closeAlert();
-    waitFor([this] { return !isShown("loginButton"); }, QStringLiteral("nobody is signed in"));
     openModule(QStringLiteral("Notification"));
     waitForRows("tableView", 1);
     openRow("tableView");

@@ -15,9 +15,7 @@ public:
 private:
     using TourSteps::TourSteps;
 
-    using Steps = void (MessagesTour::*)();
-    static void run(const QString &shots, const QString &user, const QString &password,
-                    Steps steps);
+    void signIn(const QString &user, const QString &password) const;
 
     void ask();
     void answerAndPublish();

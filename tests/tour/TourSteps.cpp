@@ -18,11 +18,12 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
 QStringList seenAlerts;
-bool alertsAreHeld = false;
+std::function<void()> alertAction;
 constexpr int aPage = 3 * 1000; // ms that a web page may take to be drawn
 
 }
@@ -53,16 +54,18 @@ QMessageBox *alert()
 void closeAlert()
 {
     QMessageBox *box = alert();
-    if (!box || alertsAreHeld)
+    if (!box)
         return;
+    if (const auto action = std::exchange(alertAction, nullptr))
+        action();
     say(QStringLiteral("Alert: %1 %2").arg(box->text(), box->informativeText()));
     seenAlerts.append(box->text());
     box->accept();
 }
 
-void holdAlerts(bool hold)
+void atNextAlert(const std::function<void()> &action)
 {
-    alertsAreHeld = hold;
+    alertAction = action;
 }
 
 const QStringList &alertsSoFar()
@@ -85,6 +88,21 @@ bool TourSteps::isShown(const char *name) const
 void TourSteps::waitFor(const std::function<bool()> &condition, const QString &otherwise, int time)
 {
     require(QTest::qWaitFor(condition, time), otherwise);
+}
+
+void TourSteps::waitForAlert(const QString &message, const std::function<void()> &action)
+{
+    const qsizetype before = alertsSoFar().size();
+    action();
+    waitFor([&] { return alertsSoFar().size() > before && !alert(); },
+            QStringLiteral("nothing says “%1”").arg(message), burned);
+    require(alertsSoFar().last() == message,
+            QStringLiteral("the alert says “%1”").arg(alertsSoFar().last()));
+}
+
+void TourSteps::clickForAlert(const char *button, const QString &message) const
+{
+    waitForAlert(message, [this, button] { click(find<QWidget>(button)); });
 }
 
 void TourSteps::shoot(const QString &name) const

@@ -24,8 +24,8 @@ void require(bool condition, const QString &otherwise);
 // The alert that stands in the way; null without one. Closes it, and notes its message.
 [[nodiscard]] QMessageBox *alert();
 void closeAlert();
-// Alerts stay until closeAlert is called with them held no more.
-void holdAlerts(bool hold);
+// Done once, while the next alert is open: the tour itself waits until an alert has gone.
+void atNextAlert(const std::function<void()> &action);
 [[nodiscard]] const QStringList &alertsSoFar();
 
 class TourSteps
@@ -71,6 +71,11 @@ protected:
 
     // Chooses the item of a pop-up as a person would.
     void pick(const char *popUp, const QString &title) const;
+
+    // Waits until one more alert than before the action has come and gone, and requires it to say
+    // this.
+    static void waitForAlert(const QString &message, const std::function<void()> &action);
+    void clickForAlert(const char *button, const QString &message) const;
 
     void openModule(const QString &name) const;
     [[nodiscard]] QMessageBox *question() const;

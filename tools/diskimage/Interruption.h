@@ -1,7 +1,8 @@
-// While one lives, the signals by which a user or a program ends this one (SIGINT, SIGTERM, SIGHUP)
-// ask for a stop instead. Made before any other thread, in the main thread.
+// While one lives, the signals by which a user or a program ends this one (SIGINT, SIGTERM, SIGHUP,
+// SIGQUIT) ask for a stop instead. Made before any other thread, in the main thread.
 #pragma once
 
+#include <atomic>
 #include <csignal>
 #include <stop_token>
 #include <thread>
@@ -19,7 +20,11 @@ public:
     [[nodiscard]] std::stop_token token() const { return m_stop.get_token(); }
 
 private:
+    void wait();
+
     sigset_t m_signals = {};
+    sigset_t m_before = {};
     std::stop_source m_stop;
+    std::atomic<bool> m_ends = false;
     std::thread m_waiting;
 };

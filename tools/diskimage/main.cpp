@@ -12,6 +12,8 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <new>
+#include <system_error>
 
 namespace {
 
@@ -74,16 +76,30 @@ Result<> makeImage(const Arguments &arguments, const std::stop_token &stop)
     return writeImage(arguments, source.value(), output.value(), stop);
 }
 
+// Every failure names a file; what fails everywhere, as threads and memory do, the image.
+Result<> makeImage(const Arguments &arguments)
+{
+    try {
+        const Interruption interruption;
+        Result<> made = makeImage(arguments, interruption.token());
+        if (!made && interruption.token().stop_requested())
+            return Failure{QFile::decodeName(arguments.output) + QStringLiteral(": interrupted")};
+        return made;
+    } catch (const std::system_error &error) {
+        return fileFailure(arguments.output, error.code().value());
+    } catch (const std::bad_alloc &) {
+        return fileFailure(arguments.output, ENOMEM);
+    }
+}
+
 int run(const Arguments &arguments)
 {
-    const Interruption interruption;
-    std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a failed write
-    const Result<> made = makeImage(arguments, interruption.token());
-    if (!made && interruption.token().stop_requested())
-        return fail(QFile::decodeName(arguments.output) + QStringLiteral(": interrupted"));
-    if (!made)
+    if (const Result<> made = makeImage(arguments); !made)
         return fail(made.error());
-    return arguments.quiet ? 0 : print("created: " + arguments.output + '\n');
+    // The image is there, whether anybody reads this or not.
+    if (!arguments.quiet && std::printf("created: %s\n", arguments.output.constData()) >= 0)
+        std::fflush(stdout);
+    return 0;
 }
 
 int runWords(const QList<QByteArray> &words)
@@ -106,9 +122,12 @@ int runWords(const QList<QByteArray> &words)
 
 int main(int argc, char **argv)
 {
+    // A file that grows too large and a pipe that nobody reads are failed writes.
+    std::signal(SIGXFSZ, SIG_IGN);
+    std::signal(SIGPIPE, SIG_IGN);
     try {
         return runWords(QList<QByteArray>(argv + 1, argv + argc));
-    } catch (const std::exception &error) { // no memory, no more threads
+    } catch (const std::exception &error) { // no memory
         std::fprintf(stderr, "maplorn-diskimage: %s\n", error.what());
         return 1;
     }

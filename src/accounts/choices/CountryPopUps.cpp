@@ -26,7 +26,7 @@ CountryPopUps::CountryPopUps(BundleUtil &bundleUtil, const CountryControls &cont
     , m_controls(controls)
 {
     connect(controls.businessContinentPopUp, &QComboBox::activated, this,
-            &CountryPopUps::initCountryPopup);
+            &CountryPopUps::businessContinentAction);
     connect(controls.countryPopUp, &QComboBox::activated, this, &CountryPopUps::countryAction);
 }
 

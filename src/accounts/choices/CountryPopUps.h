@@ -48,6 +48,8 @@ public:
     [[nodiscard]] bool isWeChatRequired() const;
 
 private:
+    void businessContinentAction() { initCountryPopup(); }
+
     BundleUtil &m_bundleUtil;
     CountryControls m_controls;
 };

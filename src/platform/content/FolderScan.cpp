@@ -2,8 +2,6 @@
 
 #include "SourceFile.h"
 
-#include <QFile>
-
 #define LIBISOFS_WITHOUT_LIBBURN
 #include <algorithm>
 #include <array>
@@ -138,8 +136,7 @@ Result<> FolderScan::scanFolder(const Pending &pending)
         const QByteArray path = pending.path + '/' + entry.name;
         IsoNode *node = nullptr;
         if (const int result = addNode(pending, entry, &node); result < 0)
-            return Failure{QStringLiteral("%1: %2").arg(
-                QFile::decodeName(m_folder + path), QString::fromUtf8(iso_error_to_msg(result)))};
+            return fileFailure(m_folder + path, QString::fromUtf8(iso_error_to_msg(result)));
         setAttributes(node, entry.status);
         if (S_ISREG(entry.status.st_mode))
             m_files.insert(path, {entry.status.st_size, changeTime(entry.status)});
@@ -161,7 +158,7 @@ Result<QList<FolderScan::Entry>> FolderScan::readFolder(const QByteArray &path) 
     QList<Entry> entries;
     for (;;) {
         if (m_stop.stop_requested())
-            return Failure{qt_error_string(ECANCELED)};
+            return fileFailure(name, ECANCELED);
         errno = 0;
         const dirent *found = ::readdir(folder.get());
         if (!found && errno != 0)

@@ -26,11 +26,10 @@ qint64 number(QByteArrayView bytes, qint64 at)
     return qFromBigEndian<quint32>(bytes.data() + at); // NOLINT: the caller has checked
 }
 
-std::optional<qint64> volumeStart(const QByteArray &metadata)
+std::optional<qint64> volumeStart(const PackedBlocks &metadata)
 {
     for (qint64 i = 1; i <= mostEntries && metadata.size() >= (i + 1) * mapBlockSize; ++i) {
-        const QByteArrayView entry =
-            QByteArrayView(metadata).sliced(i * mapBlockSize, mapBlockSize);
+        const QByteArray entry = metadata.part(i * mapBlockSize, mapBlockSize);
         if (!entry.startsWith("PM"))
             break;
         if (entry.sliced(entryType).startsWith(QByteArrayView("Apple_HFS", 10)))
@@ -50,13 +49,13 @@ QByteArray fullBitmap(qint64 blocks)
 
 }
 
-Result<QList<Extent>> HfsPlusTail::extents(const QByteArray &metadata)
+Result<QList<Extent>> HfsPlusTail::extents(const PackedBlocks &metadata)
 {
     const Failure wrong{QStringLiteral("The image's HFS+ volume is not what it should be")};
     const std::optional<qint64> start = volumeStart(metadata);
     if (!start || *start + headerDistance + headerSize > metadata.size())
         return wrong;
-    const QByteArray header = metadata.mid(*start + headerDistance, headerSize);
+    const QByteArray header = metadata.part(*start + headerDistance, headerSize);
     const qint64 blockSize = number(header, blockSizeField);
     const qint64 blocks = number(header, totalBlocksField);
     const QByteArray bitmap = fullBitmap(blocks);

@@ -9,6 +9,6 @@ namespace HfsPlusTail {
 
 // The two as extents. The metadata reach from the image's first byte to the end of its folders and
 // hold the partition map. Fails where they do not describe an HFS+ volume.
-[[nodiscard]] Result<QList<Extent>> extents(const QByteArray &metadata);
+[[nodiscard]] Result<QList<Extent>> extents(const PackedBlocks &metadata);
 
 }

@@ -1,8 +1,7 @@
 #include "ImageFile.h"
 
 #include "SourceFile.h"
-
-#include <QRandomGenerator>
+#include "TemporaryName.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -20,13 +19,6 @@ QByteArray folderOf(const QByteArray &path)
 {
     const qsizetype slash = path.lastIndexOf('/');
     return slash < 0 ? QByteArray(".") : path.first(std::max<qsizetype>(slash, 1));
-}
-
-// Not the image's own name with something added, since that may be as long as a name can be.
-QByteArray temporaryName(const QByteArray &path)
-{
-    const quint64 number = QRandomGenerator::system()->generate64();
-    return folderOf(path) + "/.maplorn-diskimage-" + QByteArray::number(number, 36) + ".part";
 }
 
 // What linkat() and rename() need of a file that has no name yet.
@@ -87,8 +79,13 @@ Result<> ImageFile::open()
 {
     const QByteArray folder = folderOf(m_path);
     m_descriptor = ::open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode);
-    if (m_descriptor >= 0)
-        return Done{};
+    if (m_descriptor >= 0) {
+        // Without the process's list of files it could not be given a name.
+        if (::access(descriptorPath(m_descriptor).constData(), F_OK) == 0)
+            return Done{};
+        ::close(m_descriptor);
+        return openNamed();
+    }
     // Not every file system has files without a name.
     if (errno == EOPNOTSUPP || errno == EISDIR || errno == EINVAL)
         return openNamed();
@@ -97,14 +94,19 @@ Result<> ImageFile::open()
 
 Result<> ImageFile::openNamed()
 {
-    do {
-        m_temporary = temporaryName(m_path);
+    TemporaryName::removeLeftovers(folderOf(m_path));
+    for (;;) {
+        m_temporary = TemporaryName::make(folderOf(m_path));
         m_descriptor = ::open(m_temporary.constData(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC, mode);
-    } while (m_descriptor < 0 && errno == EEXIST);
-    if (m_descriptor >= 0)
-        return Done{};
-    m_temporary.clear();
-    return fileFailure(m_path, errno);
+        if (m_descriptor >= 0 && TemporaryName::lock(m_descriptor))
+            return Done{};
+        if (m_descriptor >= 0) {
+            ::close(m_descriptor);
+        } else if (errno != EEXIST) {
+            m_temporary.clear();
+            return fileFailure(m_path, errno);
+        }
+    }
 }
 
 Result<> ImageFile::write(const TrackContent &content, const Advance &advance) const
@@ -121,12 +123,25 @@ Result<> ImageFile::finish()
     if (m_existing == Existing::Replaced)
         return replace();
     // Both refuse a name that somebody else took meanwhile.
-    if (m_temporary.isEmpty())
-        return linkAs(m_path);
-    if (::renameat2(AT_FDCWD, m_temporary.constData(), AT_FDCWD, m_path.constData(),
-                    RENAME_NOREPLACE)
-        != 0)
-        return fileFailure(m_path, errno);
+    return m_temporary.isEmpty() ? linkAs(m_path) : renameUnlessTaken();
+}
+
+Result<> ImageFile::renameUnlessTaken()
+{
+    const char *from = m_temporary.constData();
+    const char *to = m_path.constData();
+    if (::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_NOREPLACE) != 0) {
+        // Not every file system does that in one step, nor has it hard links.
+        if (errno != EINVAL && errno != ENOSYS)
+            return fileFailure(m_path, errno);
+        if (::link(from, to) == 0)
+            return Done{}; // and the temporary name goes with us
+        struct stat status = {};
+        if (errno == EEXIST || ::lstat(to, &status) == 0)
+            return fileFailure(m_path, EEXIST);
+        if (::rename(from, to) != 0)
+            return fileFailure(m_path, errno);
+    }
     m_temporary.clear();
     return Done{};
 }
@@ -147,7 +162,7 @@ Result<> ImageFile::replace()
         if (::lstat(m_path.constData(), &status) != 0 && linkAs(m_path))
             return Done{};
         // A name can be taken away from another file by renaming only.
-        const QByteArray name = temporaryName(m_path);
+        const QByteArray name = TemporaryName::make(folderOf(m_path));
         if (Result<> linked = linkAs(name); !linked)
             return linked;
         m_temporary = name;

@@ -40,6 +40,7 @@ private:
     [[nodiscard]] Result<> openNamed();
     [[nodiscard]] Result<> linkAs(const QByteArray &name) const;
     [[nodiscard]] Result<> replace();
+    [[nodiscard]] Result<> renameUnlessTaken();
 
     QByteArray m_path;
     Existing m_existing;

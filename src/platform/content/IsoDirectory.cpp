@@ -36,7 +36,7 @@ struct Folder
 class Reader
 {
 public:
-    explicit Reader(const QByteArray &metadata)
+    explicit Reader(const PackedBlocks &metadata)
         : m_metadata(metadata)
     {
     }
@@ -44,7 +44,7 @@ public:
     // False where the metadata are not what they should be.
     bool readAll()
     {
-        const std::optional<QByteArrayView> root = part(volumeDescriptor + rootRecord, recordHead);
+        const std::optional<QByteArray> root = part(volumeDescriptor + rootRecord, recordHead);
         if (!root)
             return false;
         m_folders.append({{}, number(*root, 2) * blockSize, number(*root, 10)});
@@ -60,30 +60,34 @@ public:
     QList<IsoSection> sections;
 
 private:
-    [[nodiscard]] std::optional<QByteArrayView> part(qint64 start, qint64 length) const
+    [[nodiscard]] std::optional<QByteArray> part(qint64 start, qint64 length) const
     {
         if (start < 0 || length < 0 || start + length > m_metadata.size())
             return std::nullopt;
-        return QByteArrayView(m_metadata).sliced(start, length);
+        return m_metadata.part(start, length);
     }
 
     bool readFolder(const Folder &folder)
     {
         m_fileOffset = 0;
         int index = 0; // the first two records are the folder itself and the one above
-        for (qint64 at = 0; at < folder.length;) {
-            const std::optional<QByteArrayView> length = part(folder.start + at, 1);
-            if (!length)
+        for (qint64 at = 0; at < folder.length; at += blockSize) {
+            const std::optional<QByteArray> block = part(folder.start + at, blockSize);
+            if (!block || !readBlock(folder, *block, index))
                 return false;
-            const auto size = static_cast<quint8>(length->front());
-            if (size == 0) { // records do not cross blocks
-                at = (at / blockSize + 1) * blockSize;
-                continue;
-            }
-            const std::optional<QByteArrayView> record = part(folder.start + at, size);
-            if (!record || size <= recordHead || (index++ > 1 && !readRecord(folder, *record)))
+        }
+        return true;
+    }
+
+    // Records do not cross blocks, and zeros fill these up.
+    bool readBlock(const Folder &folder, QByteArrayView block, int &index)
+    {
+        while (!block.isEmpty() && block.front() != '\0') {
+            const auto size = static_cast<quint8>(block.front());
+            if (size <= recordHead || size > block.size()
+                || (index++ > 1 && !readRecord(folder, block.first(size))))
                 return false;
-            at += size;
+            block = block.sliced(size);
         }
         return true;
     }
@@ -112,18 +116,20 @@ private:
     }
 
     // Puts together the Rock Ridge name, which may go on in continuation areas.
-    bool readName(QByteArrayView area, QByteArray &name) const
+    bool readName(QByteArrayView first, QByteArray &name) const
     {
-        for (int areas = 0; !area.isEmpty(); ++areas) {
-            QByteArrayView next;
-            if (areas > mostAreas || !readEntries(area, name, next))
+        QByteArray area;
+        for (int areas = 0; !first.isEmpty(); ++areas) {
+            QByteArray next;
+            if (areas > mostAreas || !readEntries(first, name, next))
                 return false;
-            area = next;
+            area = std::move(next);
+            first = area;
         }
         return true;
     }
 
-    bool readEntries(QByteArrayView entries, QByteArray &name, QByteArrayView &next) const
+    bool readEntries(QByteArrayView entries, QByteArray &name, QByteArray &next) const
     {
         while (entries.size() >= entryHead && entries[0] != '\0') { // zeros fill an area up
             const auto size = static_cast<quint8>(entries[2]);
@@ -134,24 +140,24 @@ private:
                 name.append(entry.sliced(nameHead));
             if (entry.startsWith("CE") && size >= continuationLength) {
                 const qint64 start = number(entry, 4) * blockSize + number(entry, 12);
-                const std::optional<QByteArrayView> area = part(start, number(entry, 20));
+                std::optional<QByteArray> area = part(start, number(entry, 20));
                 if (!area)
                     return false;
-                next = *area;
+                next = std::move(*area);
             }
             entries = entries.sliced(size);
         }
         return true;
     }
 
-    const QByteArray &m_metadata;
+    const PackedBlocks &m_metadata;
     QList<Folder> m_folders;
     qint64 m_fileOffset = 0; // of the section that comes next
 };
 
 }
 
-Result<QList<IsoSection>> IsoDirectory::sections(const QByteArray &metadata)
+Result<QList<IsoSection>> IsoDirectory::sections(const PackedBlocks &metadata)
 {
     Reader reader(metadata);
     if (!reader.readAll())

@@ -2,6 +2,7 @@
 // positions at which the files' contents lie. Any thread.
 #pragma once
 
+#include "PackedBlocks.h"
 #include "Result.h"
 
 #include <QByteArray>
@@ -20,6 +21,6 @@ namespace IsoDirectory {
 
 // The sections of all regular files that are not empty. The metadata reach from the image's first
 // byte to the end of its folders.
-[[nodiscard]] Result<QList<IsoSection>> sections(const QByteArray &metadata);
+[[nodiscard]] Result<QList<IsoSection>> sections(const PackedBlocks &metadata);
 
 }

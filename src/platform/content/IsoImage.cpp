@@ -20,15 +20,15 @@ Failure inconsistent()
 // file's path can be added.
 Result<QList<Extent>> makeExtents(const IsoPlan &plan, const QByteArray &folder)
 {
-    Result<QList<IsoSection>> sections = IsoDirectory::sections(plan.metadata);
+    Result<QList<IsoSection>> sections = IsoDirectory::sections(*plan.metadata);
     if (!sections)
         return sections.failure();
     std::sort(sections.value().begin(), sections.value().end(),
               [](const IsoSection &a, const IsoSection &b) { return a.start < b.start; });
     QList<Extent> extents;
     extents.reserve(sections.value().size() + 1);
-    extents.append({0, plan.metadata.size(), plan.metadata, {}, 0, 0, 0});
-    qint64 end = plan.metadata.size();
+    qint64 end = plan.metadata->size();
+    extents.append({0, end, {}, {}, 0, 0, 0, plan.metadata});
     qint64 missing = 0; // bytes
     for (const ScannedFile &file : plan.files)
         missing += file.size;
@@ -73,12 +73,12 @@ Result<TrackContent> IsoImage::fromPath(const QByteArray &folder, const QString 
     Result<QList<Extent>> extents =
         makeExtents(plan.value(), path.value() == "/" ? QByteArray() : path.value());
     if (extents && kind == IsoKind::Hybrid) {
-        const Result<QList<Extent>> tail = HfsPlusTail::extents(plan.value().metadata);
+        const Result<QList<Extent>> tail = HfsPlusTail::extents(*plan.value().metadata);
         if (!tail)
-            return tail.failure();
+            return fileFailure(path.value(), tail.error());
         extents.value().append(tail.value());
     }
     if (!extents)
-        return extents.failure();
+        return fileFailure(path.value(), extents.error());
     return TrackContent(std::move(extents.value()), plan.value().blockCount);
 }

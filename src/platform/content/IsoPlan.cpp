@@ -1,7 +1,7 @@
 #include "IsoPlan.h"
 
 #include "IsoOptions.h"
-#include "TrackContent.h"
+#include "SourceFile.h"
 
 #include <QTextBoundaryFinder>
 
@@ -94,18 +94,21 @@ QString shortened(const QString &volumeName)
     return name;
 }
 
-Result<QByteArray> readMetadata(burn_source *source, qint64 length)
+using Metadata = std::shared_ptr<const PackedBlocks>;
+
+Result<Metadata> readMetadata(burn_source *source, qint64 length)
 {
-    QByteArray metadata(length, Qt::Uninitialized);
-    constexpr qint64 piece = 1'048'576; // bytes
+    auto metadata = std::make_shared<PackedBlocks>();
+    QByteArray piece(512 * PackedBlocks::blockSize, Qt::Uninitialized);
     for (qint64 done = 0; done < length;) {
-        const auto wanted = static_cast<int>(std::min(piece, length - done));
-        auto *to = reinterpret_cast<unsigned char *>(metadata.data() + done);
-        if (source->read_xt(source, to, wanted) != wanted)
+        const auto wanted = static_cast<int>(std::min(piece.size(), length - done));
+        if (source->read_xt(source, reinterpret_cast<unsigned char *>(piece.data()), wanted)
+            != wanted)
             return Failure{QStringLiteral("The image's folders could not be made")};
+        metadata->append(QByteArrayView(piece).first(wanted));
         done += wanted;
     }
-    return metadata;
+    return Metadata(std::move(metadata));
 }
 
 Result<IsoPlan> planOf(Library &library, IsoImage *image, IsoKind kind)
@@ -120,14 +123,14 @@ Result<IsoPlan> planOf(Library &library, IsoImage *image, IsoKind kind)
         return made.failure();
     uint32_t dataStart = 0;
     iso_write_opts_get_data_start(options.get(), &dataStart, 0);
-    Result<QByteArray> metadata =
-        readMetadata(source.get(), qint64(dataStart) * TrackContent::blockSize);
+    Result<Metadata> metadata =
+        readMetadata(source.get(), qint64(dataStart) * PackedBlocks::blockSize);
     if (const Result<> quiet = library.check(0); !quiet)
         return quiet.failure();
     if (!metadata)
         return metadata.failure();
     return IsoPlan{
-        std::move(metadata.value()), source->get_size(source.get()) / TrackContent::blockSize, {}};
+        std::move(metadata.value()), source->get_size(source.get()) / PackedBlocks::blockSize, {}};
 }
 
 }
@@ -138,20 +141,21 @@ Result<IsoPlan> IsoPlan::fromFolder(const QByteArray &folder, const QString &vol
     std::unique_lock lock(libraryMutex, std::defer_lock);
     while (!lock.try_lock_for(std::chrono::milliseconds(50))) {
         if (stop.stop_requested())
-            return Failure{qt_error_string(ECANCELED)};
+            return fileFailure(folder, ECANCELED);
     }
     Library library;
     const QByteArray name = shortened(volumeName).toUtf8();
     IsoImage *created = nullptr;
     const int result = iso_image_new(name.constData(), &created);
     if (const Result<> made = library.check(result); !made)
-        return made.failure();
+        return fileFailure(folder, made.error());
     const Image image(created);
     FolderScan scan(stop);
     if (const Result<> scanned = scan.run(folder, iso_image_get_root(image.get())); !scanned)
         return scanned.failure();
     Result<IsoPlan> plan = planOf(library, image.get(), kind);
-    if (plan)
-        plan.value().files = scan.files();
+    if (!plan)
+        return fileFailure(folder, plan.error());
+    plan.value().files = scan.files();
     return plan;
 }

@@ -4,12 +4,16 @@
 
 #include "FolderScan.h"
 #include "IsoKind.h"
+#include "PackedBlocks.h"
 
 #include <QString>
 
+#include <memory>
+
 struct IsoPlan
 {
-    QByteArray metadata;   // from the image's first byte to the end of its folders
+    // From the image's first byte to the end of its folders.
+    std::shared_ptr<const PackedBlocks> metadata;
     qint64 blockCount = 0; // of the whole image
     FolderScan::Files files;
 

@@ -1,6 +1,7 @@
 #include "ParallelPass.h"
 
 #include <algorithm>
+#include <exception>
 #include <thread>
 
 namespace {
@@ -19,7 +20,7 @@ Extent clipped(Extent extent, qint64 from, qint64 to)
     const qint64 length = std::min(to, endOf(extent)) - extent.start - cut;
     if (cut == 0 && length == extent.length)
         return extent;
-    if (extent.path.isEmpty())
+    if (!extent.bytes.isEmpty())
         extent.bytes = QByteArray::fromRawData(extent.bytes.constData() + cut, length);
     extent.start += cut;
     extent.fileOffset += cut;
@@ -56,12 +57,22 @@ void ParallelPass::divide(qint64 byteCount)
 
 Result<> ParallelPass::run(const MakeSink &makeSink)
 {
+    std::exception_ptr thrown;
     {
         std::jthread other;
         if (m_parts.size() > 1 && std::thread::hardware_concurrency() > 1)
-            other = std::jthread([this, &makeSink] { work(*makeSink()); });
+            other = std::jthread([this, &makeSink, &thrown] {
+                try {
+                    work(*makeSink());
+                } catch (...) { // no memory
+                    m_failed = true;
+                    thrown = std::current_exception();
+                }
+            });
         work(*makeSink());
     }
+    if (thrown)
+        std::rethrow_exception(thrown);
     return m_result;
 }
 

@@ -14,15 +14,19 @@ constexpr qint64 statBlockSize = 512; // the unit of st_blocks, whatever the fil
 
 Failure changed(const QByteArray &path)
 {
-    return Failure{
-        QStringLiteral("%1: the file has changed meanwhile").arg(QFile::decodeName(path))};
+    return fileFailure(path, QStringLiteral("the file has changed meanwhile"));
 }
 
+}
+
+Failure fileFailure(const QByteArray &path, const QString &reason)
+{
+    return Failure{QStringLiteral("%1: %2").arg(QFile::decodeName(path), reason)};
 }
 
 Failure fileFailure(const QByteArray &path, int error)
 {
-    return Failure{QStringLiteral("%1: %2").arg(QFile::decodeName(path), qt_error_string(error))};
+    return fileFailure(path, qt_error_string(error));
 }
 
 qint64 changeTime(const struct stat &status)

@@ -46,5 +46,6 @@ private:
 // The absolute path without links on the way, since sources are never opened through a link.
 [[nodiscard]] Result<QByteArray> realPath(const QByteArray &path);
 
-// "file: reason", with the system's text for an errno.
+// "file: reason", where the reason may be the system's text for an errno.
+[[nodiscard]] Failure fileFailure(const QByteArray &path, const QString &reason);
 [[nodiscard]] Failure fileFailure(const QByteArray &path, int error);

@@ -3,6 +3,7 @@
 // track of any size costs only its list. Any thread; const calls may run side by side.
 #pragma once
 
+#include "PackedBlocks.h"
 #include "Result.h"
 
 #include <QByteArray>
@@ -10,6 +11,7 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 
 // Called as a track is written or compared, with the bytes done since the last call: at most
 // 256 KiB at a time, and the track's whole length in the end, gaps and holes included. A failure
@@ -22,12 +24,14 @@ struct Extent
 {
     qint64 start = 0;  // byte position in the track
     qint64 length = 0; // bytes
-    QByteArray bytes;  // the content, where path is empty
+    QByteArray bytes;  // the content, where there are neither path nor blocks
 
     QByteArray path;       // the file that holds the content, in the encoding of the file system
-    qint64 fileOffset = 0; // byte position in that file
+    qint64 fileOffset = 0; // byte position in that file, or in the blocks
     qint64 fileSize = 0;   // size that the whole file must still have, bytes
     qint64 modified = 0;   // time of change that it must still have, see changeTime()
+
+    std::shared_ptr<const PackedBlocks> blocks = nullptr; // which hold the content
 };
 
 class TrackContent

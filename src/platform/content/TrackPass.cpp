@@ -1,10 +1,10 @@
 #include "TrackPass.h"
 
+#include "FileHoles.h"
 #include "SourceFile.h"
 
 #include <algorithm>
 #include <cstring>
-#include <unistd.h>
 
 namespace {
 
@@ -13,23 +13,6 @@ constexpr qint64 smallFile = 65'536;
 
 // A longer gap is given to the sink as zeros, which a writer can skip.
 constexpr qint64 smallGap = 16'384;
-
-// The end of the hole at an offset, or the offset itself where there are data.
-qint64 endOfHole(const SourceFile &file, qint64 offset, qint64 end)
-{
-    const off_t data = ::lseek(file.descriptor(), offset, SEEK_DATA);
-    if (data < 0) // nothing but a hole up to the end, or a file system that knows none
-        return errno == ENXIO ? end : offset;
-    return std::min<qint64>(data, end);
-}
-
-// The end of the data at an offset; never the offset itself, so that a pass goes on whatever a
-// file system says.
-qint64 endOfData(const SourceFile &file, qint64 offset, qint64 end)
-{
-    const off_t hole = ::lseek(file.descriptor(), offset, SEEK_HOLE);
-    return hole <= offset ? end : std::min<qint64>(hole, end);
-}
 
 }
 
@@ -75,15 +58,18 @@ Result<> TrackPass::addZerosUpTo(qint64 position)
 
 Result<> TrackPass::addBytes(const Extent &extent)
 {
-    Q_ASSERT(extent.length == extent.bytes.size());
+    Q_ASSERT(extent.blocks || extent.length == extent.bytes.size());
     for (qint64 done = 0; done < extent.length;) {
         if (m_fill == chunkSize) {
             if (Result<> flushed = flush(); !flushed)
                 return flushed;
         }
         const qint64 length = std::min(extent.length - done, chunkSize - m_fill);
-        std::memcpy(m_buffer.get() + m_fill, extent.bytes.constData() + done,
-                    static_cast<size_t>(length));
+        if (extent.blocks)
+            extent.blocks->read(m_buffer.get() + m_fill, extent.fileOffset + done, length);
+        else
+            std::memcpy(m_buffer.get() + m_fill, extent.bytes.constData() + done,
+                        static_cast<size_t>(length));
         m_fill += length;
         done += length;
     }
@@ -115,10 +101,11 @@ Result<> TrackPass::addLargeFile(const Extent &extent)
     const bool sparse = file.hasHoles();
     const qint64 last = extent.fileOffset + extent.length;
     for (qint64 offset = extent.fileOffset; offset < last;) {
-        const qint64 data = sparse ? endOfHole(file, offset, last) : offset;
+        const qint64 data = sparse ? FileHoles::endOfHole(file.descriptor(), offset, last) : offset;
         if (Result<> done = zeros(data - offset); !done)
             return done;
-        const qint64 dataEnd = sparse && data < last ? endOfData(file, data, last) : last;
+        const qint64 dataEnd =
+            sparse && data < last ? FileHoles::endOfData(file.descriptor(), data, last) : last;
         for (offset = data; offset < dataEnd;) {
             // Up to a multiple of the size, so that no page of the output is written twice.
             const qint64 length = std::min(dataEnd - offset, chunkSize - m_start % chunkSize);

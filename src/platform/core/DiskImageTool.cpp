@@ -9,6 +9,10 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <csignal>
+
+#include <sys/prctl.h>
+
 namespace {
 
 constexpr int patience = 5000; // ms that the tool may take to end when it is told to
@@ -63,9 +67,12 @@ void DiskImageTool::run(const QStringList &arguments,
     Q_ASSERT(!m_mark);
     m_process = new QProcess(this);
     const QPointer<QProcess> process = m_process;
-    m_mark = RunningJobs::instance().add([process] {
-        if (process)
-            end(process);
+    m_aborted = false;
+    m_mark = RunningJobs::instance().add([this, process] {
+        if (!process)
+            return;
+        m_aborted = true;
+        end(process);
     });
     const auto finish = [this, ended](std::optional<int> exitStatus) {
         MainQueue::deliver(this, [this, ended, exitStatus] {
@@ -88,5 +95,7 @@ void DiskImageTool::run(const QStringList &arguments,
                     << "the disc-image tool cannot be started:" << m_process->errorString();
                 finish(std::nullopt);
             });
+    // Also where this program is killed.
+    m_process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_process->start(programPath(), arguments);
 }

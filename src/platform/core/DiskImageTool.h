@@ -30,7 +30,11 @@ public:
     void run(const QStringList &arguments,
              const std::function<void(std::optional<int> exitStatus)> &ended);
 
+    // Whether the last run was ended by RunningJobs.
+    [[nodiscard]] bool wasAborted() const { return m_aborted; }
+
 private:
     QProcess *m_process = nullptr;
     RunningJobs::Mark m_mark;
+    bool m_aborted = false;
 };

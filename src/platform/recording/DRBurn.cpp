@@ -75,7 +75,7 @@ void DRBurn::writeLayout(const QList<DRTrack> &tracks)
     BurnRequest request = m_data->request;
     request.tracks = tracks;
     request.cdText = cdTextOf(m_data->properties);
-    DRJob::start(m_data, QVariant::fromValue(*this), DRBurnStatusChangedNotification,
+    DRJob::start(m_data, QVariant::fromValue(*this), DRBurnStatusChangedNotification, {},
                  [request](Recorder &recorder, JobReport &report) {
                      return recorder.burn(request, report);
                  });

@@ -29,6 +29,8 @@ void DRErase::setEraseType(EraseType type)
 void DRErase::start()
 {
     DRJob::start(m_data, QVariant::fromValue(*this), DREraseStatusChangedNotification,
+                 // Behind a burn it would take the disc that was just made.
+                 m_data->isRecorderBusy() ? QStringLiteral("The recorder is busy.") : QString(),
                  [type = m_data->type](Recorder &recorder, JobReport &report) {
                      return recorder.erase(type, report);
                  });

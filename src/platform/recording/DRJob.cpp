@@ -27,20 +27,28 @@ Result<> DRJob::runGuarded(const Run &run, JobReport &report) const
     }
 }
 
+bool DRJob::isRecorderBusy() const
+{
+    Recorder *recorder = m_device.recorder().get();
+    return recorder && recorder->jobs().isBusy(recorder);
+}
+
 void DRJob::start(const std::shared_ptr<DRJob> &job, const QVariant &object,
-                  const QString &notification, const Run &run)
+                  const QString &notification, const QString &refusal, const Run &run)
 {
     DRNotificationCenter &center = DRNotificationCenter::currentRunLoop();
     const auto send = [&center, object, notification](const QVariantMap &status) {
         center.postNotification({notification, object, status});
     };
-    if (job->m_device.isNull()) {
-        job->m_errorText = QStringLiteral("There is no recorder.");
+    if (job->m_device.isNull() || !refusal.isEmpty()) {
+        job->m_errorText = refusal.isEmpty() ? QStringLiteral("There is no recorder.") : refusal;
+        qCWarning(recordingLog) << job->m_device.displayName() << "failed:" << job->m_errorText;
         JobReport(send, {}).finish(DRStatusStateFailed);
         return;
     }
     const RunningJobs::Mark mark = RunningJobs::instance().add([job] { job->abort(); });
-    job->m_stop = job->m_device.recorder()->jobs().post([=](const std::stop_token &stop) {
+    Recorder *const recorder = job->m_device.recorder().get();
+    const auto work = [=](const std::stop_token &stop) {
         Q_UNUSED(mark) // held until the job is done
         JobReport report(send, stop);
         const Result<> result = job->runGuarded(run, report);
@@ -50,5 +58,6 @@ void DRJob::start(const std::shared_ptr<DRJob> &job, const QVariant &object,
             qCWarning(recordingLog) << job->m_device.displayName() << "failed:" << result.error();
         }
         report.finish(result ? DRStatusStateDone : DRStatusStateFailed);
-    });
+    };
+    job->m_stop = recorder->jobs().post(work, recorder);
 }

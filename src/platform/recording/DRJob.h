@@ -25,11 +25,15 @@ public:
     // Cancels the job; its end is still reported.
     void abort() { m_stop.request_stop(); }
 
+    // True while another job of the recorder runs or waits that nobody has stopped.
+    [[nodiscard]] bool isRecorderBusy() const;
+
     // Queues run on the recorder's job thread. What it reports is posted as notifications of that
     // name about the object; the last one is Done or Failed, whatever happens.
+    // A refusal that is not empty is why the job fails without a run.
     using Run = std::function<Result<>(Recorder &, JobReport &)>;
     static void start(const std::shared_ptr<DRJob> &job, const QVariant &object,
-                      const QString &notification, const Run &run);
+                      const QString &notification, const QString &refusal, const Run &run);
 
 private:
     [[nodiscard]] Result<> runGuarded(const Run &run, JobReport &report) const;

@@ -1,5 +1,7 @@
 #include "JobThread.h"
 
+#include <algorithm>
+
 JobThread::JobThread()
     : m_thread([this](const std::stop_token &stop) { run(stop); })
 {
@@ -17,15 +19,23 @@ void JobThread::shutDown()
         m_thread.join();
 }
 
-std::stop_source JobThread::post(Job job)
+std::stop_source JobThread::post(Job job, const Recorder *recorder)
 {
     const std::stop_source stop;
     {
         const std::lock_guard lock(m_mutex);
-        m_entries.push_back({std::move(job), stop});
+        m_entries.push_back({recorder, std::move(job), stop});
     }
     m_changed.notify_one();
     return stop;
+}
+
+bool JobThread::isBusy(const Recorder *recorder)
+{
+    const std::lock_guard lock(m_mutex);
+    return std::any_of(m_entries.cbegin(), m_entries.cend(), [recorder](const Entry &entry) {
+        return entry.recorder == recorder && !entry.stop.stop_requested();
+    });
 }
 
 void JobThread::run(const std::stop_token &threadStop)

@@ -9,6 +9,8 @@
 #include <stop_token>
 #include <thread>
 
+class Recorder;
+
 class JobThread
 {
 public:
@@ -20,8 +22,11 @@ public:
     JobThread &operator=(const JobThread &) = delete;
 
     // Any thread. The job is always run, even when stopped before its turn: it reports its own
-    // end. The result stops it.
-    std::stop_source post(Job job);
+    // end. The result stops it. The recorder only tells its jobs from those of others.
+    std::stop_source post(Job job, const Recorder *recorder = nullptr);
+
+    // Any thread. True while a job of the recorder runs or waits that nobody has stopped.
+    [[nodiscard]] bool isBusy(const Recorder *recorder);
 
     // Cancels all jobs, waits for their ends and ends the thread. Not from a job.
     void shutDown();
@@ -29,6 +34,7 @@ public:
 private:
     struct Entry
     {
+        const Recorder *recorder;
         Job job;
         std::stop_source stop;
     };

@@ -3,6 +3,7 @@
 #include "DRKeys.h"
 #include "DiscLayout.h"
 #include "MediaTypes.h"
+#include "Overwriting.h"
 #include "PcmDisc.h"
 #include "TrackSheets.h"
 
@@ -345,26 +346,12 @@ Result<> VirtualRecorder::erase(EraseType type, JobReport &report)
 Result<> VirtualRecorder::overwriteContent(const VirtualMedium &medium, JobReport &report)
 {
     QFile file(m_tray.unfinishedPath(medium));
-    const qint64 size = file.size();
-    report.beginPhase(DRStatusStateErasing, 0, 1, size, singleSpeedOf(medium));
+    report.beginPhase(DRStatusStateErasing, 0, 1, file.size(), singleSpeedOf(medium));
     if (!file.exists())
         return Done{};
     if (!file.open(QIODevice::ReadWrite | QIODevice::Unbuffered))
         return Failure{QStringLiteral("%1: %2").arg(file.fileName(), file.errorString())};
-    const QByteArray zeros(1 << 20, '\0');
-    const Advance advance = step(report, medium, 0);
-    for (qint64 done = 0; done < size;) {
-        const qint64 written =
-            file.write(zeros.constData(), std::min<qint64>(zeros.size(), size - done));
-        if (written <= 0)
-            return Failure{QStringLiteral("%1: %2").arg(file.fileName(), file.errorString())};
-        done += written;
-        if (Result<> going = advance(written); !going)
-            return going;
-    }
-    if (::fdatasync(file.handle()) != 0)
-        return withReason(file.fileName());
-    return Done{};
+    return Overwriting::withZeros(file, step(report, medium, 0));
 }
 
 // Changes what lies in the tray while nobody else uses the recorder, and no job begins.

@@ -5,6 +5,7 @@
 #include <QPalette>
 
 class QColor;
+class QLineEdit;
 class QWidget;
 
 namespace Fields {
@@ -20,6 +21,9 @@ void setEditable(TextField *field, bool editable)
     setBackground(field,
                   QGuiApplication::palette().color(editable ? QPalette::Base : QPalette::Window));
 }
+
+// Gives a field that can only be read the background of its window.
+void setReadOnly(QLineEdit *field, bool readOnly);
 
 // Hiding and showing it moves nothing else.
 void keepPlaceWhenHidden(QWidget *widget);

@@ -15,6 +15,7 @@ RecordTable::RecordTable(QWidget *parent)
     setTabKeyNavigation(false);
     verticalHeader()->hide();
     horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     horizontalHeader()->setStretchLastSection(true);
     connect(this, &QTableWidget::cellDoubleClicked, this, &RecordTable::openRequested);
 }

@@ -40,7 +40,9 @@ CompanyForm::CompanyForm(QWidget *parent)
                                  .currencyField = m_ui->currencyField,
                                  .weChatField = m_ui->wechatField})
 {
-    Fields::setBackground(m_ui->emailField, palette().color(QPalette::Window)); // it is read only
+    for (QLineEdit *field :
+         {m_ui->emailField, m_ui->telCallingCodeField, m_ui->mobileCallingCodeField})
+        Fields::setReadOnly(field, true);
 }
 
 CompanyForm::~CompanyForm() = default;

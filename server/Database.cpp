@@ -15,16 +15,25 @@ constexpr int mostPrepared = 200; // statements kept; clients send a few dozen k
 
 QString databaseFile;
 
-// Columns that the clauses of the pages look for.
-const QHash<QString, QStringList> &indexedColumns()
+// What the clauses of the pages look for: columns of one index, separated by commas. Those of the
+// directory of companies hold all that its filters and its order ask for, so that of the rows only
+// those are read that are returned.
+const QHash<QString, QStringList> &indexes()
 {
     static const QHash<QString, QStringList> columns{
-        {QStringLiteral("Company"), {QStringLiteral("Email")}},
+        {QStringLiteral("Company"),
+         {QStringLiteral("Email"), QStringLiteral("RescueEmail"),
+          QStringLiteral("RegisterTimePadded,ID,Email"),
+          QStringLiteral("BusinessContinent,RegisterTimePadded,ID,Email,Country"),
+          QStringLiteral("Country,RegisterTimePadded,ID,Email,BusinessContinent")}},
         {QStringLiteral("Userx"), {QStringLiteral("CompanyID")}},
         {QStringLiteral("UserGroup"), {QStringLiteral("CompanyID")}},
-        {QStringLiteral("Feedback"), {QStringLiteral("UserID")}},
+        {QStringLiteral("Feedback"),
+         {QStringLiteral("UserID"), QStringLiteral("AskTimePadded"),
+          QStringLiteral("AnswerTimePadded")}},
         {QStringLiteral("Notification"),
-         {QStringLiteral("BusinessContinent"), QStringLiteral("Country")}},
+         {QStringLiteral("BusinessContinent"), QStringLiteral("Country"),
+          QStringLiteral("IssuedTimePadded")}},
         {QStringLiteral("NotificationReadStatus"),
          {QStringLiteral("NotificationID"), QStringLiteral("UserxID")}},
     };
@@ -44,10 +53,10 @@ QString tableSql(const Table &table)
         .arg(table.name, columns.join(QStringLiteral(", ")));
 }
 
-QString indexSql(const Table &table, const QString &column, const char *kind = "INDEX")
+QString indexSql(const Table &table, const QString &columns, const char *kind = "INDEX")
 {
-    return QStringLiteral("CREATE %1 IF NOT EXISTS %2_%3 ON %2 (%3)")
-        .arg(QLatin1StringView(kind), table.name, column);
+    return QStringLiteral("CREATE %1 IF NOT EXISTS %2_%3 ON %2 (%4)")
+        .arg(QLatin1StringView(kind), table.name, QString(columns).replace(u',', u'_'), columns);
 }
 
 QStringList schema()
@@ -55,11 +64,8 @@ QStringList schema()
     QStringList statements;
     for (const Table &table : Tables::all()) {
         statements.append(tableSql(table));
-        for (const QString &column : table.columns)
-            if (Table::isTime(column))
-                statements.append(indexSql(table, Table::paddedColumn(column)));
-        for (const QString &column : indexedColumns().value(table.name))
-            statements.append(indexSql(table, column));
+        for (const QString &columns : indexes().value(table.name))
+            statements.append(indexSql(table, columns));
         if (table.name == QLatin1StringView("Userx"))
             statements.append(indexSql(table, QStringLiteral("Userx"), "UNIQUE INDEX"));
     }

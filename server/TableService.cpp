@@ -130,27 +130,45 @@ QString textOf(const QJsonObject &query, const char *name)
     return member.isUndefined() ? QStringLiteral("") : member.toString();
 }
 
+struct Page
+{
+    qint64 first;
+    std::optional<qint64> rows; // null for all that follow
+};
+
 // 0 and 1 both mean the first row, others are zero-based; an empty step means all rows.
-std::optional<QVariantList> paging(const QJsonObject &query)
+std::optional<Page> paging(const QJsonObject &query)
 {
     const QString index = textOf(query, "Index");
     const QString step = textOf(query, "Step");
     if (index.isNull() || step.isNull())
         return std::nullopt;
     const std::optional<qint64> first = index.isEmpty() ? 0 : wholeNumber(index);
-    const std::optional<qint64> rows =
-        step.isEmpty() ? std::numeric_limits<qint64>::max() : wholeNumber(step);
-    if (!first || !rows)
+    const std::optional<qint64> rows = wholeNumber(step);
+    if (!first || (!rows && !step.isEmpty()))
         return std::nullopt;
-    return QVariantList{*rows, *first == 1 ? 0 : *first};
+    return Page{*first == 1 ? 0 : *first, rows};
 }
 
-QByteArray select(const Table &table, const Condition &condition, const QVariantList &paged)
+// The rows of a page are found by their IDs first, which an index can give without the rows that
+// stand before them; all rows are read in one go.
+QSqlQuery *runSelect(const Table &table, const Condition &condition, const Page &page)
 {
-    QSqlQuery *query = Database::forThisThread().run(
-        QStringLiteral("SELECT %1 FROM %2 WHERE %3%4 LIMIT ? OFFSET ?")
-            .arg(table.columns.join(u','), table.name, condition.sql, condition.order),
-        condition.values + paged);
+    const QString columns = table.columns.join(u',');
+    const QString wanted = condition.sql + condition.order + QStringLiteral(" LIMIT ? OFFSET ?");
+    const QString sql =
+        page.rows ? QStringLiteral("SELECT %1 FROM %2 WHERE ID IN (SELECT ID FROM %2 WHERE %3)%4")
+                        .arg(columns, table.name, wanted, condition.order)
+                  : QStringLiteral("SELECT %1 FROM %2 WHERE %3").arg(columns, table.name, wanted);
+    return Database::forThisThread().run(
+        sql,
+        condition.values
+            + QVariantList{page.rows.value_or(std::numeric_limits<qint64>::max()), page.first});
+}
+
+QByteArray select(const Table &table, const Condition &condition, const Page &page)
+{
+    QSqlQuery *query = runSelect(table, condition, page);
     if (!query)
         return "false";
     QByteArray rows;
@@ -200,8 +218,8 @@ QByteArray answerTo(const Table &table, const QByteArray &operation, const QByte
         return truth(remove(table, condition.value()));
     if (operation == "GET_COUNT")
         return count(table, condition.value());
-    const std::optional<QVariantList> paged = paging(object);
-    return paged ? select(table, condition.value(), *paged) : "false";
+    const std::optional<Page> page = paging(object);
+    return page ? select(table, condition.value(), *page) : "false";
 }
 
 }

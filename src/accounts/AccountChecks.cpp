@@ -3,6 +3,7 @@
 #include "Localized.h"
 #include "PasswordStrength.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 
 namespace {
@@ -14,6 +15,18 @@ bool isNoAddress(const QLineEdit *field)
     return !field->text().contains(u'@') || !field->text().contains(u'.');
 }
 
+}
+
+Check AccountChecks::notEmpty(QLineEdit *field, const QString &message,
+                              const QString &informativeText)
+{
+    return {[field] { return field->text().isEmpty(); }, message, informativeText, field};
+}
+
+Check AccountChecks::chosen(QComboBox *popUp, const QString &message,
+                            const QString &informativeText)
+{
+    return {[popUp] { return popUp->currentIndex() < 1; }, message, informativeText, popUp};
 }
 
 QList<Check> AccountChecks::email(QLineEdit *field, const char *table)

@@ -5,9 +5,16 @@
 #include "Checks.h"
 
 class PasswordStrength;
+class QComboBox;
 class QLineEdit;
 
 namespace AccountChecks {
+
+[[nodiscard]] Check notEmpty(QLineEdit *field, const QString &message,
+                             const QString &informativeText);
+// The first line of a pop-up stands for nothing chosen.
+[[nodiscard]] Check chosen(QComboBox *popUp, const QString &message,
+                           const QString &informativeText);
 
 // That the field holds something like an address.
 [[nodiscard]] QList<Check> email(QLineEdit *field, const char *table);

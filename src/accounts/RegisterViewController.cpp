@@ -15,16 +15,6 @@ namespace {
 
 constexpr char table[] = "Register";
 
-Check notEmpty(QLineEdit *field, const QString &message, const QString &informativeText)
-{
-    return {[field] { return field->text().isEmpty(); }, message, informativeText, field};
-}
-
-Check chosen(QComboBox *popUp, const QString &message, const QString &informativeText)
-{
-    return {[popUp] { return popUp->currentIndex() < 1; }, message, informativeText, popUp};
-}
-
 }
 
 RegisterViewController::RegisterViewController(QWidget *parent)
@@ -216,30 +206,36 @@ bool RegisterViewController::moreDetailVerify()
 QList<Check> RegisterViewController::personChecks() const
 {
     return {
-        notEmpty(m_ui->firstNameField, localized("Register", "First Name can not be null."),
-                 localized("Register", "Please enter your first name.")),
-        notEmpty(m_ui->lastNameField, localized("Register", "Last Name can not be null."),
-                 localized("Register", "Please enter your last name.")),
-        chosen(m_ui->titlePopUpButton, localized("Register", "Title can not be null."),
-               localized("Register", "Please choose the title.")),
-        notEmpty(m_ui->companyField, localized("Register", "Company can not be null."),
-                 localized("Register", "Please enter your company.")),
-        chosen(m_ui->industryPopUpButton, localized("Register", "Industry can not be null."),
-               localized("Register", "Please select the industry.")),
-        notEmpty(m_ui->jobTitleField, localized("Register", "Job Title can not be null."),
-                 localized("Register", "Please enter your job title.")),
+        AccountChecks::notEmpty(m_ui->firstNameField,
+                                localized("Register", "First Name can not be null."),
+                                localized("Register", "Please enter your first name.")),
+        AccountChecks::notEmpty(m_ui->lastNameField,
+                                localized("Register", "Last Name can not be null."),
+                                localized("Register", "Please enter your last name.")),
+        AccountChecks::chosen(m_ui->titlePopUpButton,
+                              localized("Register", "Title can not be null."),
+                              localized("Register", "Please choose the title.")),
+        AccountChecks::notEmpty(m_ui->companyField,
+                                localized("Register", "Company can not be null."),
+                                localized("Register", "Please enter your company.")),
+        AccountChecks::chosen(m_ui->industryPopUpButton,
+                              localized("Register", "Industry can not be null."),
+                              localized("Register", "Please select the industry.")),
+        AccountChecks::notEmpty(m_ui->jobTitleField,
+                                localized("Register", "Job Title can not be null."),
+                                localized("Register", "Please enter your job title.")),
     };
 }
 
 QList<Check> RegisterViewController::placeChecks() const
 {
     return {
-        chosen(m_ui->businessContinentPopUpButton,
-               localized("Register", "Business Continent can not be null."),
-               localized("Register", "Please select the Business Continent.")),
-        chosen(m_ui->countryPopUpButton,
-               localized("Register", "Country/Territory can not be null."),
-               localized("Register", "Please select the country/territory.")),
+        AccountChecks::chosen(m_ui->businessContinentPopUpButton,
+                              localized("Register", "Business Continent can not be null."),
+                              localized("Register", "Please select the Business Continent.")),
+        AccountChecks::chosen(m_ui->countryPopUpButton,
+                              localized("Register", "Country/Territory can not be null."),
+                              localized("Register", "Please select the country/territory.")),
         {[this] { return m_ui->telField->text().isEmpty() && m_ui->mobileField->text().isEmpty(); },
          localized("Register", "Tel and mobile can not be null at the same time."),
          localized("Register", "Please enter telephone or mobile."), m_ui->mobileField},

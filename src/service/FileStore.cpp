@@ -1,6 +1,7 @@
 #include "FileStore.h"
 
 #include "FileTools.h"
+#include "IncomingFile.h"
 #include "Machine.h"
 #include "Replies.h"
 #include "ServiceAddress.h"
@@ -11,11 +12,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QRandomGenerator>
 
 #include <algorithm>
-#include <cstdio>
-#include <unistd.h>
 
 namespace {
 
@@ -58,47 +56,6 @@ bool isName(const QString &text)
     return !text.isEmpty() && text != QLatin1StringView(".") && text != QLatin1StringView("..")
            && !text.contains(u'/') && !text.contains(QChar::Null);
 }
-
-// A file that takes its place when it is whole, and else leaves nothing. (QSaveFile makes a longer
-// name of the file's, and so cannot write one of 255 bytes.)
-class IncomingFile
-{
-public:
-    IncomingFile(const QString &folder, const QString &name)
-        : m_path(MiscTool::appendPathComponent(folder, name))
-        , m_file(MiscTool::appendPathComponent(
-              folder, QStringLiteral(".incoming-%1")
-                          .arg(QRandomGenerator::system()->generate64(), 16, 16, QChar(u'0'))))
-    {
-        m_isOpen = m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly);
-    }
-    ~IncomingFile()
-    {
-        if (m_isOpen)
-            m_file.remove();
-    }
-    IncomingFile(const IncomingFile &) = delete;
-    IncomingFile &operator=(const IncomingFile &) = delete;
-
-    [[nodiscard]] bool isOpen() const { return m_isOpen; }
-    [[nodiscard]] QFile &file() { return m_file; }
-
-    bool takePlace()
-    {
-        if (!m_file.flush() || ::fsync(m_file.handle()) != 0
-            || std::rename(QFile::encodeName(m_file.fileName()).constData(),
-                           QFile::encodeName(m_path).constData())
-                   != 0)
-            return false;
-        m_isOpen = false;
-        return true;
-    }
-
-private:
-    QString m_path;
-    QFile m_file;
-    bool m_isOpen = false;
-};
 
 // Whether these are keys that a path may hold: "..", say, would make another address of a download
 // address, and another folder of the cache's.

@@ -1,6 +1,7 @@
 #include "Machine.h"
 
 #include "ImageType.h"
+#include "IncomingFile.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -10,7 +11,6 @@
 #include <QJsonObject>
 #include <QLocale>
 #include <QNetworkInterface>
-#include <QSaveFile>
 #include <QStorageInfo>
 
 #include <optional>
@@ -97,9 +97,10 @@ QUrl MiscTool::urlForBookmark(const QByteArray &bookmark)
 bool MiscTool::saveImage(const QString &path, const QImage &image)
 {
     constexpr int best = 100;
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && image.save(&file, formatOf(path), best)
-           && file.commit();
+    const QFileInfo info(path);
+    IncomingFile incoming(info.path(), info.fileName());
+    return incoming.isOpen() && image.save(&incoming.file(), formatOf(path), best)
+           && incoming.takePlace();
 }
 
 bool MiscTool::isImage(const QString &path)

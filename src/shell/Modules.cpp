@@ -3,7 +3,7 @@
 #include "BurnAudioViewController.h"
 #include "BurnDataViewController.h"
 #include "ChangePwdViewController.h"
-#include "ComingPage.h"
+#include "CompanyViewController.h"
 #include "DMGViewController.h"
 #include "EraseViewController.h"
 #include "FeedbackViewController.h"
@@ -22,18 +22,13 @@ struct Module
 {
     const char *name;
     const char *imageName;
-    Page *(*getViewController)(const QString &name);
+    Page *(*getViewController)();
 };
 
 template <typename Controller>
-Page *made(const QString &)
+Page *made()
 {
     return Controller::getViewController();
-}
-
-Page *coming(const QString &name)
-{
-    return new ComingPage(name);
 }
 
 constexpr std::array modules{
@@ -47,7 +42,8 @@ constexpr std::array modules{
     Module{QT_TRANSLATE_NOOP("ViewController", "ISO"), "iso32", &made<ISOViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Password"), "password32",
            &made<ChangePwdViewController>},
-    Module{QT_TRANSLATE_NOOP("ViewController", "Profile"), "profile32", &coming},
+    Module{QT_TRANSLATE_NOOP("ViewController", "Profile"), "profile32",
+           &made<CompanyViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Notification"), "inventory32",
            &made<NotificationViewController>},
     Module{QT_TRANSLATE_NOOP("ViewController", "Support"), "settings32",
@@ -64,7 +60,7 @@ QList<ModuleItem> Modules::make()
     QList<ModuleItem> items;
     for (const Module &module : modules) {
         const QString name = localized("ViewController", module.name);
-        items.append({name, QString::fromLatin1(module.imageName), module.getViewController(name)});
+        items.append({name, QString::fromLatin1(module.imageName), module.getViewController()});
     }
     return items;
 }

@@ -447,6 +447,13 @@ void FileServiceTest::pictures()
     const QString cached = MiscTool::getCachedPath() + QStringLiteral("/5/b.png");
     QCOMPARE(QImage(cached).width(), 20);
 
+    // A name as long as a file system takes is cached like any other.
+    const QByteArray longest = QByteArray(251, 'd') + ".png";
+    QVERIFY(store(longest.constData(), 60));
+    QCOMPARE(width(2, false), 60);
+    QVERIFY(QFile::exists(MiscTool::getCachedPath() + QStringLiteral("/5/")
+                          + QString::fromLatin1(longest)));
+
     QVERIFY(store("b.png", 40));
     QCOMPARE(width(0, false), 20);
     QCOMPARE(width(0, true), 40);

@@ -1,12 +1,14 @@
 // The unattended tour: drives the real window as a person would, by its controls. Signs in, shows
 // every module, burns a folder with verification and an audio CD with titles in two languages,
 // erases that, makes disc images of the folder, signs out; then a company registers, changes its
-// password and asks, root answers and publishes, the company sees it and recovers its password.
-// Prints what it does, and leaves screenshots.
+// password and its profile; root looks through the directory and switches another one off; the
+// company asks, root answers and publishes, the company sees it and recovers its password. Prints
+// what it does, and leaves screenshots.
 //   maplorn-tour FOLDER SHOTS
 #include "AccountTour.h"
 #include "AppDelegate.h"
 #include "AudioTour.h"
+#include "CompanyTour.h"
 #include "DRKeys.h"
 #include "DiscTour.h"
 #include "FileTools.h"
@@ -206,6 +208,7 @@ int main(int argc, char **argv)
         require(bool(ownService), QStringLiteral("no service"));
         Tour(window, folder, shots).run();
         AccountTour::registerCompany(shots);
+        CompanyTour::runSessions(shots, AccountTour::user, AccountTour::password);
         MessagesTour::runSessions(shots, AccountTour::user, AccountTour::password);
         AccountTour::recoverPassword(shots);
     } catch (const std::exception &failure) {

@@ -11,7 +11,8 @@
 
 #include <QLabel>
 #include <QPlainTextEdit>
-#include <QSignalSpy>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTimer>
 
 namespace {
@@ -149,6 +150,7 @@ private Q_SLOTS:
     void moreDetailChecks_data() { addCheckColumns(moreDetailCases()); }
     void moreDetailChecks();
     void countryFields();
+    void narrowForm();
     void registers();
     void failures_data();
     void failures();
@@ -253,6 +255,25 @@ void RegisterTest::countryFields()
     QCOMPARE(countries->count(), 0);
     QCOMPARE(count(), QStringLiteral("0"));
     QVERIFY(flag->pixmap().isNull());
+}
+
+// What a check complains of comes into sight; the wheel scrolls over pop-ups without a choice.
+void RegisterTest::narrowForm()
+{
+    m_page->resize(m_page->minimumSizeHint());
+    auto *rescue = m_form->control("rescueEmailField");
+    QVERIFY(rescue->visibleRegion().isEmpty());
+    m_form->fail(detailCases(), 18, "continueButtonOfDetailItem");
+    QVERIFY(!rescue->visibleRegion().isEmpty());
+    auto *popUp = m_form->control<QComboBox>("question3PopUpButton");
+    QWheelEvent wheel({5, 5}, popUp->mapToGlobal(QPointF(5, 5)), {}, {0, 120}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    const auto *bar = m_form->control<QScrollArea>("detailScroller")->verticalScrollBar();
+    const int before = bar->value();
+    QSpontaneKeyEvent::setSpontaneous(&wheel); // as from a mouse: others go nowhere else
+    qApp->notify(popUp, &wheel);
+    QCOMPARE(popUp->currentIndex(), 1);
+    QVERIFY(bar->value() < before);
 }
 
 void RegisterTest::registers()

@@ -21,7 +21,7 @@ QByteArray LibraryStream::hybrid(const QByteArray &folder)
     QByteArray bytes;
     iso_image_new("TEST", &image);
     iso_write_opts *options = IsoOptions::make(IsoKind::Hybrid);
-    if (FolderScan({}).run(folder, iso_image_get_root(image))
+    if (FolderScan(IsoKind::Hybrid, {}).run(folder, iso_image_get_root(image))
         && iso_image_create_burn_source(image, options, &source) >= 0) {
         bytes.resize(source->get_size(source));
         for (qint64 done = 0; done < bytes.size(); done += 2048)

@@ -8,7 +8,7 @@ using namespace TreeTools;
 
 namespace {
 
-constexpr std::array<OddTree, 21> trees = {{
+constexpr std::array<OddTree, 22> trees = {{
     {"an empty folder", [](const QByteArray &) {}},
     {"folders in it empty", [](const QByteArray &folder) { makeFolder(folder + "/one/two"); }},
     {"empty files",
@@ -70,6 +70,14 @@ constexpr std::array<OddTree, 21> trees = {{
          makeFile(folder + "/foo", "2");
          makeFile(folder + "/Bar/x", "3");
          makeFile(folder + "/bar/x", "4");
+     }},
+    {"names too long for telling them apart",
+     [](const QByteArray &folder) {
+         for (const char letter : {'N', 'n'}) {
+             makeFile(folder + "/" + QByteArray(255, letter), QByteArray(1, letter));
+             makeFile(folder + "/sub/" + QByteArray(255, letter) + "/file", QByteArray(2, letter));
+         }
+         makeHardLink(folder + "/" + QByteArray(255, 'n'), folder + "/another name");
      }},
     {"names that are alike for 31 characters",
      [](const QByteArray &folder) {

@@ -162,6 +162,17 @@ void HfsPlusTest::names_data()
     QTest::newRow("what others forbid")
         << QByteArrayList{"*", "?", "\"", "\\", "<", ">", "|"}
         << QStringList{u"\""_qs, u"*"_qs, u"<"_qs, u">"_qs, u"?"_qs, u"\\"_qs, u"|"_qs};
+    const QString composed(127, u'\u01d5'); // three units each, decomposed
+    const QString decomposed = QStringLiteral("U\u0308\u0304");
+    QTest::newRow("too long when decomposed")
+        << QByteArrayList{composed.toUtf8()} << QStringList{decomposed.repeated(85)};
+    QTest::newRow("too long, and alike")
+        << QByteArrayList{composed.toUtf8(), composed.toLower().toUtf8()}
+        << QStringList{decomposed.repeated(85), decomposed.toLower().repeated(84) + u'_'};
+    QTest::newRow("255 units, case")
+        << QByteArrayList{QByteArray(255, 'N'), QByteArray(255, 'n'), QByteArray(254, 'n') + 'N'}
+        << QStringList{QString(255, u'N'), QString(253, u'n') + u"_0"_qs,
+                       QString(254, u'n') + u'_'};
     QTest::newRow("255 bytes") << QByteArrayList{QByteArray(255, 'n')}
                                << QStringList{QString(255, u'n')};
 }

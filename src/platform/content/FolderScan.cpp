@@ -1,5 +1,6 @@
 #include "FolderScan.h"
 
+#include "HfsPlusNames.h"
 #include "SourceFile.h"
 
 #define LIBISOFS_WITHOUT_LIBBURN
@@ -132,17 +133,41 @@ Result<> FolderScan::scanFolder(const Pending &pending)
     QList<Entry> &entries = read.value();
     std::sort(entries.begin(), entries.end(),
               [](const Entry &a, const Entry &b) { return a.name > b.name; });
+    const QHash<QByteArray, QByteArray> others = hfsPlusNames(entries);
     for (const Entry &entry : std::as_const(entries)) {
-        const QByteArray path = pending.path + '/' + entry.name;
-        IsoNode *node = nullptr;
-        if (const int result = addNode(pending, entry, &node); result < 0)
-            return fileFailure(m_folder + path, QString::fromUtf8(iso_error_to_msg(result)));
-        setAttributes(node, entry.status);
-        if (S_ISREG(entry.status.st_mode))
-            m_files.insert(path, {entry.status.st_size, changeTime(entry.status)});
-        else if (S_ISDIR(entry.status.st_mode))
-            m_pending.append({path, reinterpret_cast<IsoDir *>(node)});
+        const auto other = others.constFind(entry.name);
+        const bool alone = other == others.constEnd();
+        Result<> added = addEntry(pending, entry, entry.name, alone ? 0 : LIBISO_HIDE_ON_HFSPLUS);
+        if (added && !alone)
+            added = addEntry(pending, entry, *other, LIBISO_HIDE_ON_RR | LIBISO_HIDE_ON_JOLIET);
+        if (!added)
+            return added;
     }
+    return Done{};
+}
+
+QHash<QByteArray, QByteArray> FolderScan::hfsPlusNames(const QList<Entry> &entries) const
+{
+    QList<QByteArray> names;
+    if (m_kind == IsoKind::Hybrid)
+        std::transform(entries.crbegin(), entries.crend(), std::back_inserter(names),
+                       [](const Entry &entry) { return entry.name; });
+    return HfsPlusNames::replacements(names);
+}
+
+Result<> FolderScan::addEntry(const Pending &parent, const Entry &entry, const QByteArray &name,
+                              int hidden)
+{
+    const QByteArray path = parent.path + '/' + entry.name;
+    IsoNode *node = nullptr;
+    if (const int result = addNode(parent.node, name.constData(), entry, &node); result < 0)
+        return fileFailure(m_folder + path, QString::fromUtf8(iso_error_to_msg(result)));
+    setAttributes(node, entry.status);
+    iso_node_set_hidden(node, hidden);
+    if (S_ISREG(entry.status.st_mode))
+        m_files.insert(path, {entry.status.st_size, changeTime(entry.status)});
+    else if (S_ISDIR(entry.status.st_mode))
+        m_pending.append({path, reinterpret_cast<IsoDir *>(node)});
     return Done{};
 }
 
@@ -194,20 +219,18 @@ Result<FolderScan::Entry> FolderScan::readEntry(int folder, const QByteArray &pa
     return entry;
 }
 
-int FolderScan::addNode(const Pending &parent, const Entry &entry, IsoNode **node)
+int FolderScan::addNode(IsoDir *parent, const char *name, const Entry &entry, IsoNode **node)
 {
-    const char *name = entry.name.constData();
     switch (entry.status.st_mode & S_IFMT) {
     case S_IFREG:
-        return addFile(parent.node, name, entry.status, node);
+        return addFile(parent, name, entry.status, node);
     case S_IFDIR:
-        return iso_tree_add_new_dir(parent.node, name, reinterpret_cast<IsoDir **>(node));
+        return iso_tree_add_new_dir(parent, name, reinterpret_cast<IsoDir **>(node));
     case S_IFLNK:
-        return iso_tree_add_new_symlink(parent.node, name, entry.target.constData(),
+        return iso_tree_add_new_symlink(parent, name, entry.target.constData(),
                                         reinterpret_cast<IsoSymlink **>(node));
     default:
-        return iso_tree_add_new_special(parent.node, name, entry.status.st_mode,
-                                        entry.status.st_rdev,
+        return iso_tree_add_new_special(parent, name, entry.status.st_mode, entry.status.st_rdev,
                                         reinterpret_cast<IsoSpecial **>(node));
     }
 }

@@ -4,6 +4,7 @@
 // The thread that holds libisofs.
 #pragma once
 
+#include "IsoKind.h"
 #include "Result.h"
 
 #include <QByteArray>
@@ -28,8 +29,9 @@ class FolderScan
 public:
     using Files = QHash<QByteArray, ScannedFile>;
 
-    explicit FolderScan(std::stop_token stop)
-        : m_stop(std::move(stop))
+    FolderScan(IsoKind kind, std::stop_token stop)
+        : m_kind(kind)
+        , m_stop(std::move(stop))
     {
     }
 
@@ -57,8 +59,14 @@ private:
     [[nodiscard]] Result<QList<Entry>> readFolder(const QByteArray &path) const;
     [[nodiscard]] Result<Entry> readEntry(int folder, const QByteArray &path,
                                           const char *name) const;
-    [[nodiscard]] int addNode(const Pending &parent, const Entry &entry, Iso_Node **node);
+    [[nodiscard]] QHash<QByteArray, QByteArray> hfsPlusNames(const QList<Entry> &entries) const;
+    // Hidden: in which of the image's trees.
+    [[nodiscard]] Result<> addEntry(const Pending &parent, const Entry &entry,
+                                    const QByteArray &name, int hidden);
+    [[nodiscard]] static int addNode(Iso_Dir *parent, const char *name, const Entry &entry,
+                                     Iso_Node **node);
 
+    const IsoKind m_kind;
     std::stop_token m_stop;
     QByteArray m_folder; // without a slash at the end
     Files m_files;

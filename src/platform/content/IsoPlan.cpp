@@ -1,9 +1,8 @@
 #include "IsoPlan.h"
 
+#include "HfsPlusNames.h"
 #include "IsoOptions.h"
 #include "SourceFile.h"
-
-#include <QTextBoundaryFinder>
 
 #define LIBISOFS_WITHOUT_LIBBURN
 #include <algorithm>
@@ -81,19 +80,6 @@ private:
     std::array<char, 6> m_loss = std::to_array("SORRY");
 };
 
-// libisofs cuts the name to the lengths of ISO 9660's fields without regard to accents, so it is
-// composed here; and not at all to that of HFS+, where it is decomposed.
-QString shortened(const QString &volumeName)
-{
-    constexpr qsizetype longest = 255; // UTF-16 units
-    QString name = volumeName.normalized(QString::NormalizationForm_C).left(2 * longest);
-    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, name);
-    characters.toEnd();
-    while (name.normalized(QString::NormalizationForm_D).size() > longest)
-        name.truncate(std::max<qsizetype>(characters.toPreviousBoundary(), 0));
-    return name;
-}
-
 using Metadata = std::shared_ptr<const PackedBlocks>;
 
 Result<Metadata> readMetadata(burn_source *source, qint64 length)
@@ -144,13 +130,16 @@ Result<IsoPlan> IsoPlan::fromFolder(const QByteArray &folder, const QString &vol
             return fileFailure(folder, ECANCELED);
     }
     Library library;
-    const QByteArray name = shortened(volumeName).toUtf8();
+    // libisofs cuts the name to the lengths of ISO 9660's fields without regard to accents, so it
+    // is composed here; and not at all to that of HFS+, where it is decomposed.
+    const QString composed = volumeName.normalized(QString::NormalizationForm_C);
+    const QByteArray name = HfsPlusNames::shortened(composed).toUtf8();
     IsoImage *created = nullptr;
     const int result = iso_image_new(name.constData(), &created);
     if (const Result<> made = library.check(result); !made)
         return fileFailure(folder, made.error());
     const Image image(created);
-    FolderScan scan(stop);
+    FolderScan scan(kind, stop);
     if (const Result<> scanned = scan.run(folder, iso_image_get_root(image.get())); !scanned)
         return scanned.failure();
     Result<IsoPlan> plan = planOf(library, image.get(), kind);

@@ -59,7 +59,7 @@ std::array<QLineEdit *, 3> ChangePwdViewController::passwordFields() const
 void ChangePwdViewController::setPasswordsEditable(bool editable)
 {
     for (QLineEdit *field : passwordFields())
-        Fields::setReadOnly(field, !editable);
+        Fields::setEditable(field, editable);
 }
 
 void ChangePwdViewController::passwordCBAction()

@@ -40,9 +40,7 @@ CompanyForm::CompanyForm(QWidget *parent)
                                  .currencyField = m_ui->currencyField,
                                  .weChatField = m_ui->wechatField})
 {
-    for (QLineEdit *field :
-         {m_ui->emailField, m_ui->telCallingCodeField, m_ui->mobileCallingCodeField})
-        Fields::setReadOnly(field, true);
+    Fields::setEditable(m_ui->emailField, false);
 }
 
 CompanyForm::~CompanyForm() = default;

@@ -4,7 +4,6 @@
 #include "Alerts.h"
 #include "BLSync.h"
 #include "DateTools.h"
-#include "Fields.h"
 #include "Form.h"
 #include "Localized.h"
 #include "PopUps.h"
@@ -34,8 +33,6 @@ RegisterViewController::RegisterViewController(QWidget *parent)
     , m_strength(m_ui->passwordxField, m_ui->passwordStrengthIndicator)
     , m_waiting(this, m_ui->loadingView)
 {
-    for (QLineEdit *shown : {m_ui->telCallingCodeField, m_ui->mobileCallingCodeField})
-        Fields::setReadOnly(shown, true);
     initData();
     connectButtons();
     showItem(m_ui->welcomeItem, m_ui->continueButtonOfWelcomeItem);

@@ -1,5 +1,5 @@
-// Checks that registration, recovery and the change of security data have in common. The texts are
-// of the page's table. Main thread.
+// Checks that registration, recovery, the change of security data and the profile have in common.
+// The texts are of the page's table. Main thread.
 #pragma once
 
 #include "Checks.h"
@@ -16,15 +16,16 @@ namespace AccountChecks {
 [[nodiscard]] Check chosen(QComboBox *popUp, const QString &message,
                            const QString &informativeText);
 
-// That the field holds something like an address.
-[[nodiscard]] QList<Check> email(QLineEdit *field, const char *table);
-[[nodiscard]] QList<Check> rescueEmail(QLineEdit *field, const char *table);
+// That the field holds something like an e-mail address.
+[[nodiscard]] Check address(QLineEdit *field, const QString &message,
+                            const QString &informativeText);
 
-[[nodiscard]] Check password(QLineEdit *field, const char *table);
-[[nodiscard]] Check passwordLength(QLineEdit *field, const char *table);
+[[nodiscard]] Check passwordLength(QLineEdit *field, const QString &message,
+                                   const QString &informativeText);
 // That the password has every kind of character but special ones.
 [[nodiscard]] Check passwordStrength(QLineEdit *field, const PasswordStrength &strength,
-                                     const char *table);
-[[nodiscard]] Check repeatedPassword(QLineEdit *field, QLineEdit *repeated, const char *table);
+                                     const QString &message, const QString &informativeText);
+[[nodiscard]] Check same(const QLineEdit *field, QLineEdit *repeated, const QString &message,
+                         const QString &informativeText);
 
 }

@@ -59,7 +59,7 @@ std::array<QLineEdit *, 3> ChangePwdViewController::passwordFields() const
 void ChangePwdViewController::setPasswordsEditable(bool editable)
 {
     for (QLineEdit *field : passwordFields())
-        Fields::setReadOnly(field, !editable);
+        Fields::setEditable(field, editable);
 }
 
 void ChangePwdViewController::passwordCBAction()
@@ -100,30 +100,38 @@ QList<Check> ChangePwdViewController::passwordChecks() const
     QLineEdit *old = m_ui->oldPwdField;
     QLineEdit *neo = m_ui->neoPwdField;
     return {
-        {[old] { return old->text().isEmpty(); },
-         localized("ChangePwd", "Old password can not be null."),
-         localized("ChangePwd", "Please enter your old password."), old},
+        AccountChecks::notEmpty(old, localized("ChangePwd", "Old password can not be null."),
+                                localized("ChangePwd", "Please enter your old password.")),
         {[this] { return !checkPassword(); },
          localized("ChangePwd", "Old password is not correct."),
          localized("ChangePwd", "Please try the correct old password."), old},
-        {[neo] { return neo->text().isEmpty(); },
-         localized("ChangePwd", "New password can not be null."),
-         localized("ChangePwd", "Please enter new password."), neo},
-        AccountChecks::passwordLength(neo, table),
-        AccountChecks::passwordStrength(neo, m_strength, table),
-        {[this, neo] { return neo->text() != m_ui->pwdVerifyField->text(); },
-         localized("ChangePwd", "Password verification is failed."),
-         localized("ChangePwd", "Please enter the same password."), m_ui->pwdVerifyField},
+        AccountChecks::notEmpty(neo, localized("ChangePwd", "New password can not be null."),
+                                localized("ChangePwd", "Please enter new password.")),
+        AccountChecks::passwordLength(
+            neo, localized("ChangePwd", "Password length cannot be less than 6"),
+            localized("ChangePwd", "Please update your password.")),
+        AccountChecks::passwordStrength(
+            neo, m_strength, localized("ChangePwd", "Password strength is low."),
+            localized("ChangePwd", "Password length should be more than 6,and contains lower case "
+                                   "letter,upper case letter and digit.")),
+        AccountChecks::same(neo, m_ui->pwdVerifyField,
+                            localized("ChangePwd", "Password verification is failed."),
+                            localized("ChangePwd", "Please enter the same password.")),
     };
 }
 
 QList<Check> ChangePwdViewController::rescueEmailChecks() const
 {
     QLineEdit *field = m_ui->rescueEmailField;
-    return AccountChecks::rescueEmail(field, table)
-           + QList<Check>{{[this, field] { return emailExists(field->text()); },
-                           localized("ChangePwd", "The rescue email exists"),
-                           localized("ChangePwd", "Please enter another rescue email."), field}};
+    return {
+        AccountChecks::notEmpty(field, localized("ChangePwd", "Rescue Email can not be null."),
+                                localized("ChangePwd", "Please enter the rescue email.")),
+        AccountChecks::address(field, localized("ChangePwd", "Rescue Email is invalid."),
+                               localized("ChangePwd", "Please enter right format email.")),
+        {[this, field] { return emailExists(field->text()); },
+         localized("ChangePwd", "The rescue email exists"),
+         localized("ChangePwd", "Please enter another rescue email."), field},
+    };
 }
 
 void ChangePwdViewController::saveAction()

@@ -9,7 +9,7 @@
 
 namespace {
 
-// As people and other programs write dates, with or without a time behind; today for any other
+// As people and other programs write dates, with or without a time behind; null for any other
 // text.
 QDate dateOf(const QString &written)
 {
@@ -23,7 +23,7 @@ QDate dateOf(const QString &written)
         for (const QString &format : formats)
             if (const QDate found = QDate::fromString(date, format); found.isValid())
                 return found;
-    return QDate::currentDate();
+    return {};
 }
 
 }
@@ -40,9 +40,8 @@ CompanyForm::CompanyForm(QWidget *parent)
                                  .currencyField = m_ui->currencyField,
                                  .weChatField = m_ui->wechatField})
 {
-    for (QLineEdit *field :
-         {m_ui->emailField, m_ui->telCallingCodeField, m_ui->mobileCallingCodeField})
-        Fields::setReadOnly(field, true);
+    Fields::setEditable(m_ui->emailField, false);
+    connect(m_ui->datePicker, &QDateEdit::dateChanged, this, [this] { m_isBirthdate = true; });
 }
 
 CompanyForm::~CompanyForm() = default;
@@ -98,7 +97,9 @@ void CompanyForm::fill(const CompanyJson &company)
     initBusinessContinent0Popup();
     m_countries.select(company.BusinessContinent, company.Country);
     m_countries.countryAction();
-    m_ui->datePicker->setDate(dateOf(company.Birthdate));
+    const QDate birthdate = dateOf(company.Birthdate);
+    m_ui->datePicker->setDate(birthdate.isValid() ? birthdate : QDate::currentDate());
+    m_isBirthdate = birthdate.isValid();
     m_ui->receiveAdsCB->setChecked(company.ReceiveAds.toInt() == 1);
 }
 
@@ -110,7 +111,8 @@ void CompanyForm::store(CompanyJson &company)
     company.Title = m_bundleUtil.getTitle(m_ui->titlePopUp->currentIndex());
     company.BusinessContinent = m_countries.businessContinent();
     company.Country = m_countries.country();
-    company.Birthdate = m_ui->datePicker->date().toString(QStringLiteral("yyyy-MM-dd"));
+    if (m_isBirthdate)
+        company.Birthdate = m_ui->datePicker->date().toString(QStringLiteral("yyyy-MM-dd"));
     company.ReceiveAds =
         m_ui->receiveAdsCB->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
 }

@@ -29,7 +29,8 @@ public:
     void addToNames(const QString &suffix);
 
     void fill(const CompanyJson &company);
-    // E-mail, rescue e-mail and questions stay the company's.
+    // E-mail, rescue e-mail and questions stay the company's, and a birthdate that cannot be read
+    // and was not chosen anew.
     void store(CompanyJson &company);
 
     // What has to hold before a company is stored.
@@ -46,4 +47,5 @@ private:
     std::unique_ptr<Ui::CompanyForm> m_ui;
     BundleUtil m_bundleUtil;
     CountryPopUps m_countries;
+    bool m_isBirthdate = false; // what the picker shows, and not only today's date
 };

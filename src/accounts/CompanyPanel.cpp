@@ -51,6 +51,13 @@ void CompanyPanel::reject()
         QDialog::reject();
 }
 
+void CompanyPanel::done(int result)
+{
+    QDialog::done(result);
+    if (m_isSent)
+        Q_EMIT sent();
+}
+
 // Root cannot switch off its own company.
 void CompanyPanel::setAllStatus2(bool enabled)
 {
@@ -86,21 +93,20 @@ void CompanyPanel::save()
     // What the form does not show may have changed since it was opened.
     m_profileJson = blSync.getJson(m_profileJson.ID).value_or(m_profileJson);
     CompanyJson company = getProfileJson();
-    if (!blSync.update(company) || !switchUsers()) {
+    m_isSent = true;
+    if (blSync.update(company) && switchUsers())
+        accept();
+    else
         MiscTool::showAlert(localized("Company", "Failed to save."),
                             localized("Company", "Please try again later."));
-        return;
-    }
-    accept();
-    Q_EMIT saved();
 }
 
 // A company that is switched off takes its users with it.
 bool CompanyPanel::switchUsers() const
 {
     const BLSyncUserx blSync;
-    const auto rows = blSync.select(QStringLiteral("CompanyID=") + m_profileJson.ID);
-    bool areSwitched = true;
+    const auto rows = blSync.selectAny(QStringLiteral("CompanyID=") + m_profileJson.ID);
+    bool areSwitched = rows.has_value();
     for (const QVariantMap &row : rows.value_or(QList<QVariantMap>())) {
         UserxJson user = UserxJson::getJson(row);
         user.IsEnabled = m_profileJson.IsEnabled;

@@ -26,10 +26,11 @@ public:
 
     // Closes without saving, but not while the service is at work.
     void reject() override;
+    void done(int result) override;
 
 Q_SIGNALS:
-    // The company and its users are stored, and the sheet has closed.
-    void saved();
+    // The sheet has closed; the company was sent to the service, whether or not all went well.
+    void sent();
 
 private:
     [[nodiscard]] bool verify2() const;
@@ -43,5 +44,6 @@ private:
 
     std::unique_ptr<Ui::CompanyPanel> m_ui;
     CompanyJson m_profileJson;
+    bool m_isSent = false;
     Waiting m_waiting;
 };

@@ -266,7 +266,7 @@ void CompanyViewController::openPanel(const CompanyJson &profileJson)
 {
     const QImage picture = MiscTool::getImage({}, profileJson.ID, {}, {}, 0, true);
     auto *panel = new CompanyPanel(this, profileJson, picture);
-    connect(panel, &CompanyPanel::saved, this, qOverload<>(&CompanyViewController::loadData));
+    connect(panel, &CompanyPanel::sent, this, qOverload<>(&CompanyViewController::loadData));
     m_directoryWaiting.end();
     panel->open();
 }

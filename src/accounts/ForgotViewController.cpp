@@ -13,11 +13,11 @@ namespace {
 constexpr char table[] = "Forgot";
 constexpr qint32 errorsUntilRescue = 7;
 
-void initNumbers(QComboBox *popUp, const QString &title, int first, int last)
+void initNumbers(QComboBox *popUp, const char *title, int first, int last)
 {
     if (popUp->count() > 0)
         return;
-    QStringList titles{title};
+    QStringList titles{QLatin1StringView(title)};
     for (int number = first; number <= last; ++number)
         titles.append(QString::number(number));
     PopUps::fill(popUp, titles);
@@ -57,17 +57,17 @@ void ForgotViewController::initData()
 
 void ForgotViewController::initYearPopUp()
 {
-    initNumbers(m_ui->yearPopUpButton, QStringLiteral("Year"), 1900, 2016);
+    initNumbers(m_ui->yearPopUpButton, QT_TRANSLATE_NOOP("Localizable", "Year"), 1900, 2016);
 }
 
 void ForgotViewController::initMonthPopUp()
 {
-    initNumbers(m_ui->monthPopUpButton, QStringLiteral("Month"), 1, 12);
+    initNumbers(m_ui->monthPopUpButton, QT_TRANSLATE_NOOP("Localizable", "Month"), 1, 12);
 }
 
 void ForgotViewController::initDayPopUp()
 {
-    initNumbers(m_ui->dayPopUpButton, QStringLiteral("Day"), 1, 31);
+    initNumbers(m_ui->dayPopUpButton, QT_TRANSLATE_NOOP("Localizable", "Day"), 1, 31);
 }
 
 void ForgotViewController::connectButtons()
@@ -127,11 +127,15 @@ bool ForgotViewController::rescueemailExists(const QString &address)
 bool ForgotViewController::verifyOfStep1()
 {
     QLineEdit *field = m_ui->emailField;
-    return m_waiting.passes(
-        AccountChecks::email(field, table)
-        + QList<Check>{{[field] { return !emailExists(field->text()); },
-                        localized("Forgot", "The email doesn't exist."),
-                        localized("Forgot", "Please confirm the email."), field}});
+    return m_waiting.passes({
+        AccountChecks::notEmpty(field, localized("Forgot", "Email can not be null."),
+                                localized("Forgot", "Please enter your email.")),
+        AccountChecks::address(field, localized("Forgot", "Email is invalid."),
+                               localized("Forgot", "Please enter right format email.")),
+        {[field] { return !emailExists(field->text()); },
+         localized("Forgot", "The email doesn't exist."),
+         localized("Forgot", "Please confirm the email."), field},
+    });
 }
 
 void ForgotViewController::continueActionOfStep1()
@@ -187,19 +191,21 @@ QString ForgotViewController::birthdate() const
 bool ForgotViewController::verifyOfStep3()
 {
     QLineEdit *field = m_ui->rescueEmailField;
-    return m_waiting.passes(
-        AccountChecks::rescueEmail(field, table)
-        + QList<Check>{
-            {[field] { return !rescueemailExists(field->text()); },
-             localized("Forgot", "The rescue email not exists"),
-             localized("Forgot", "Please enter the right rescue email."), field},
-            {[this, field] { return field->text() == m_ui->emailField->text(); },
-             localized("Forgot", "The rescue email cannot be same as email."),
-             localized("Forgot", "Please enter another rescue email."), field},
-            {[this] { return !m_companyJson || birthdate() != m_companyJson->Birthdate; },
-             localized("Forgot", "Your birthdate is wrong."),
-             localized("Forgot", "Please choose your right birthdate."), m_ui->yearPopUpButton},
-        });
+    return m_waiting.passes({
+        AccountChecks::notEmpty(field, localized("Forgot", "Rescue Email can not be null."),
+                                localized("Forgot", "Please enter the rescue email.")),
+        AccountChecks::address(field, localized("Forgot", "Rescue Email is invalid."),
+                               localized("Forgot", "Please enter right format email.")),
+        {[field] { return !rescueemailExists(field->text()); },
+         localized("Forgot", "The rescue email not exists"),
+         localized("Forgot", "Please enter the right rescue email."), field},
+        {[this, field] { return field->text() == m_ui->emailField->text(); },
+         localized("Forgot", "The rescue email cannot be same as email."),
+         localized("Forgot", "Please enter another rescue email."), field},
+        {[this] { return !m_companyJson || birthdate() != m_companyJson->Birthdate; },
+         localized("Forgot", "Your birthdate is wrong."),
+         localized("Forgot", "Please choose your right birthdate."), m_ui->yearPopUpButton},
+    });
 }
 
 void ForgotViewController::continueActionOfStep3()
@@ -218,8 +224,11 @@ bool ForgotViewController::verifyOfStep4()
 {
     QLineEdit *field = m_ui->passwordxField;
     return runChecks({
-        AccountChecks::password(field, table),
-        AccountChecks::passwordLength(field, table),
+        AccountChecks::notEmpty(field, localized("Forgot", "Password can not be null."),
+                                localized("Forgot", "Please enter your password.")),
+        AccountChecks::passwordLength(field,
+                                      localized("Forgot", "Password length cannot be less than 6"),
+                                      localized("Forgot", "Please update your password.")),
         {[this] { return !m_strength.isHighest(); },
          localized("Forgot", "Password strength is low."),
          localized(
@@ -227,7 +236,9 @@ bool ForgotViewController::verifyOfStep4()
              "Password length should be more than 6,and contains lower case letter,upper case "
              "letter,digit and special character."),
          field},
-        AccountChecks::repeatedPassword(field, m_ui->verifyPasswordxField, table),
+        AccountChecks::same(field, m_ui->verifyPasswordxField,
+                            localized("Forgot", "Fail to verify password."),
+                            localized("Forgot", "Please check your password.")),
     });
 }
 

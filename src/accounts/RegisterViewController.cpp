@@ -4,7 +4,6 @@
 #include "Alerts.h"
 #include "BLSync.h"
 #include "DateTools.h"
-#include "Fields.h"
 #include "Form.h"
 #include "Localized.h"
 #include "PopUps.h"
@@ -34,8 +33,6 @@ RegisterViewController::RegisterViewController(QWidget *parent)
     , m_strength(m_ui->passwordxField, m_ui->passwordStrengthIndicator)
     , m_waiting(this, m_ui->loadingView)
 {
-    for (QLineEdit *shown : {m_ui->telCallingCodeField, m_ui->mobileCallingCodeField})
-        Fields::setReadOnly(shown, true);
     initData();
     connectButtons();
     showItem(m_ui->welcomeItem, m_ui->continueButtonOfWelcomeItem);
@@ -170,32 +167,50 @@ bool RegisterViewController::detailVerify()
 QList<Check> RegisterViewController::emailChecks() const
 {
     QLineEdit *field = m_ui->emailField;
-    return AccountChecks::email(field, table)
-           + QList<Check>{{[field] { return emailExists(field->text()); },
-                           localized("Register", "The email exists"),
-                           localized("Register", "Please enter another email."), field}};
+    return {
+        AccountChecks::notEmpty(field, localized("Register", "Email can not be null."),
+                                localized("Register", "Please enter your email.")),
+        AccountChecks::address(field, localized("Register", "Email is invalid."),
+                               localized("Register", "Please enter right format email.")),
+        {[field] { return emailExists(field->text()); }, localized("Register", "The email exists"),
+         localized("Register", "Please enter another email."), field},
+    };
 }
 
 QList<Check> RegisterViewController::passwordChecks() const
 {
     QLineEdit *field = m_ui->passwordxField;
-    return {AccountChecks::password(field, table), AccountChecks::passwordLength(field, table),
-            AccountChecks::passwordStrength(field, m_strength, table),
-            AccountChecks::repeatedPassword(field, m_ui->verifyPasswordxField, table)};
+    return {
+        AccountChecks::notEmpty(field, localized("Register", "Password can not be null."),
+                                localized("Register", "Please enter your password.")),
+        AccountChecks::passwordLength(
+            field, localized("Register", "Password length cannot be less than 6"),
+            localized("Register", "Please update your password.")),
+        AccountChecks::passwordStrength(
+            field, m_strength, localized("Register", "Password strength is low."),
+            localized("Register", "Password length should be more than 6,and contains lower case "
+                                  "letter,upper case letter and digit.")),
+        AccountChecks::same(field, m_ui->verifyPasswordxField,
+                            localized("Register", "Fail to verify password."),
+                            localized("Register", "Please check your password.")),
+    };
 }
 
 QList<Check> RegisterViewController::rescueEmailChecks() const
 {
     QLineEdit *field = m_ui->rescueEmailField;
-    return AccountChecks::rescueEmail(field, table)
-           + QList<Check>{
-               {[field] { return emailExists(field->text()); },
-                localized("Register", "The rescue email exists"),
-                localized("Register", "Please enter another rescue email."), field},
-               {[this] { return m_ui->rescueEmailField->text() == m_ui->emailField->text(); },
-                localized("Register", "The rescue email cannot be same as email."),
-                localized("Register", "Please enter another rescue email."), field},
-           };
+    return {
+        AccountChecks::notEmpty(field, localized("Register", "Rescue Email can not be null."),
+                                localized("Register", "Please enter the rescue email.")),
+        AccountChecks::address(field, localized("Register", "Rescue Email is invalid."),
+                               localized("Register", "Please enter right format email.")),
+        {[field] { return emailExists(field->text()); },
+         localized("Register", "The rescue email exists"),
+         localized("Register", "Please enter another rescue email."), field},
+        {[this] { return m_ui->rescueEmailField->text() == m_ui->emailField->text(); },
+         localized("Register", "The rescue email cannot be same as email."),
+         localized("Register", "Please enter another rescue email."), field},
+    };
 }
 
 bool RegisterViewController::moreDetailVerify()

@@ -50,21 +50,32 @@ qint64 BLSyncAbstract::getCount(const QString &where) const
 std::optional<QList<QVariantMap>> BLSyncAbstract::select(const QString &where, const QString &index,
                                                          const QString &step) const
 {
+    std::optional<QList<QVariantMap>> rows = selectAny(where, index, step);
+    if (rows && rows->isEmpty())
+        rows.reset();
+    return rows;
+}
+
+std::optional<QList<QVariantMap>>
+BLSyncAbstract::selectAny(const QString &where, const QString &index, const QString &step) const
+{
     const QByteArray reply =
         sendSyncRequest(query(where, index, step), MiscTool::selectURL(getService())).toLatin1();
+    QList<QVariantMap> rows;
+    if (reply == "false")
+        return rows;
     // A parsed row takes some fifty times the bytes of its text.
-    if (reply == "false" || reply.count('{') > mostRows || reply.count(',') > mostMembers)
+    if (reply.count('{') > mostRows || reply.count(',') > mostMembers)
         return std::nullopt;
     const QJsonValue result =
         QJsonDocument::fromJson(reply).object().value(QLatin1StringView("Result"));
-    QList<QVariantMap> rows;
+    if (!result.isArray())
+        return std::nullopt;
     for (const QJsonValue &row : result.toArray()) {
         if (!row.isObject())
             return std::nullopt;
         rows.append(row.toObject().toVariantMap());
     }
-    if (rows.isEmpty())
-        return std::nullopt;
     return rows;
 }
 

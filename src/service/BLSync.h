@@ -24,6 +24,9 @@ public:
     // Index is the number of the first row, Step that of the rows; null leaves each to the service.
     [[nodiscard]] std::optional<QList<QVariantMap>>
     select(const QString &where, const QString &index = {}, const QString &step = {}) const;
+    // The same; where the service says that there are none, an empty list.
+    [[nodiscard]] std::optional<QList<QVariantMap>>
+    selectAny(const QString &where, const QString &index = {}, const QString &step = {}) const;
 
     // Its name at the service: that of the class with "Service" for the "BLSync" before it.
     [[nodiscard]] QString getService() const;

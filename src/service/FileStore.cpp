@@ -65,6 +65,12 @@ bool areKeys(const QStringList &keys)
                                [](const QString &key) { return key.isNull() || isName(key); });
 }
 
+// Qt 6.4 takes such a component out of the path when it sends a request.
+bool isLostOnTheWay(const QString &key)
+{
+    return key.size() == 2 && key.startsWith(u'.');
+}
+
 // Where pictures of these keys are cached; null where there can be no such folder.
 QString cacheFolder(const QStringList &keys)
 {
@@ -142,7 +148,8 @@ bool MiscTool::uploadFile(const QString &groupID, const QString &companyID, cons
     // Opening a pipe would wait for its other end.
     const QFileInfo info(filePath);
     QFile file(filePath);
-    if (!info.isFile() || !file.open(QIODevice::ReadOnly))
+    if (std::ranges::any_of(QStringList{groupID, companyID, module, moduleID}, &isLostOnTheWay)
+        || !info.isFile() || !file.open(QIODevice::ReadOnly))
         return false;
     const QUrl url = getUploadServiceURL(groupID, companyID, module, moduleID, info.fileName());
     return toBOOL(replyText(ServiceCall::send(getUploadRequest(url, {}).request, file)));

@@ -33,7 +33,8 @@ namespace MiscTool {
 // A POST of bytes.
 [[nodiscard]] ServiceRequest getUploadRequest(const QUrl &url, const QByteArray &data);
 
-// Stores the file under the last component of its path, over one that is there.
+// Stores the file under the last component of its path, over one that is there. A key of two
+// characters of which the first is a dot is refused, since nothing could be downloaded from there.
 bool uploadFile(const QString &groupID, const QString &companyID, const QString &module,
                 const QString &moduleID, const QString &filePath);
 
@@ -50,8 +51,7 @@ bool deleteFile(const QString &groupID, const QString &companyID, const QString 
                 const QString &moduleID, const QString &file);
 
 // Puts the file into the local folder, whole or not at all. An empty file cannot be told from a
-// missing one and is not written. (Qt 6.4 spoils addresses with a key of two characters of which
-// the first is a dot: what is stored there cannot be downloaded.)
+// missing one and is not written.
 bool downloadFile(const QString &groupID, const QString &companyID, const QString &module,
                   const QString &moduleID, const QString &srcFile, const QString &destPath);
 

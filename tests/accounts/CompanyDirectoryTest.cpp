@@ -28,6 +28,8 @@ private Q_SLOTS:
     void paging();
     void clausesAsSent();
     void panelSwitchesUsers();
+    void usersThatAreNotSwitched_data();
+    void usersThatAreNotSwitched();
     void panelOfOwnCompany();
 
 private:
@@ -167,6 +169,37 @@ void CompanyDirectoryTest::panelSwitchesUsers()
     QVERIFY(m_page.isReady("cancelButton2"));
     m_page.click("cancelButton2");
     QTRY_VERIFY(!m_page.panel());
+}
+
+void CompanyDirectoryTest::usersThatAreNotSwitched_data()
+{
+    QTest::addColumn<QList<QByteArray>>("replies");
+    QTest::newRow("a user is not stored")
+        << QList<QByteArray>{R"({"Result":[{"ID":"7"}]})", "false"};
+    QTest::newRow("nobody tells who they are") << QList<QByteArray>{""};
+}
+
+// The company is stored then: the directory shows so when the panel has gone.
+void CompanyDirectoryTest::usersThatAreNotSwitched()
+{
+    QFETCH(const QList<QByteArray>, replies);
+    RecordingServer server;
+    const QByteArray company =
+        R"({"Result":[)" + CompanyPage::sample(QStringLiteral("one")).toJsonStr().toUtf8() + "]}";
+    server.setReply(company);
+    QVERIFY(m_page.openDirectory());
+    QVERIFY(m_page.openPanel(0));
+    server.setNextReplies(QList<QByteArray>{company, "true"} + replies);
+    AlertRecorder recorder;
+    recorder.expect(failed, failedHelp);
+    m_page.click("saveButton2");
+    QTRY_VERIFY(recorder.isDone());
+    QVERIFY(m_page.isReady("cancelButton2"));
+    const qsizetype requests = server.requests().size();
+    m_page.click("cancelButton2");
+    QTRY_VERIFY(!m_page.panel());
+    QVERIFY(m_page.isReady("pagePopUp"));
+    QVERIFY(server.requests().size() > requests);
 }
 
 void CompanyDirectoryTest::panelOfOwnCompany()

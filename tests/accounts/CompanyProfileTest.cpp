@@ -47,6 +47,8 @@ private Q_SLOTS:
     void checks_data();
     void checks();
     void ownProfileIsKept();
+    void birthdates_data();
+    void birthdates();
     void directoryIsForRoot();
 
 private:
@@ -134,6 +136,36 @@ void CompanyProfileTest::ownProfileIsKept()
     m_page.click("saveButton");
     QTRY_VERIFY(recorder.isDone());
     QVERIFY(m_page.isReady("saveButton"));
+}
+
+void CompanyProfileTest::birthdates_data()
+{
+    QTest::addColumn<QString>("stored");
+    QTest::addColumn<QDate>("chosen");
+    QTest::addColumn<QString>("kept");
+    QTest::newRow("readable") << "7.5.1990" << QDate() << "1990-05-07";
+    QTest::newRow("missing") << "" << QDate() << "";
+    QTest::newRow("unreadable") << "in May" << QDate() << "in May";
+    QTest::newRow("chosen") << "in May" << QDate(1990, 5, 7) << "1990-05-07";
+}
+
+// Recovery compares it: a save must not make today's date of it.
+void CompanyProfileTest::birthdates()
+{
+    QFETCH(const QString, stored);
+    QFETCH(const QDate, chosen);
+    CompanyJson company = CompanyPage::stored("root");
+    company.Birthdate = stored;
+    QVERIFY(BLSyncCompany().update(company));
+    QVERIFY(m_page.show());
+    if (chosen.isValid())
+        m_page.control<QDateEdit>("datePicker")->setDate(chosen);
+    AlertRecorder recorder;
+    recorder.expect(QStringLiteral("Saved Successfully."),
+                    QStringLiteral("Succeed to update company profile."));
+    m_page.click("saveButton");
+    QTRY_VERIFY(recorder.isDone());
+    QTEST(CompanyPage::stored("root").Birthdate, "kept");
 }
 
 void CompanyProfileTest::directoryIsForRoot()

@@ -146,6 +146,8 @@ void BLSyncTest::hostileReplies()
     QCOMPARE(BLSyncUserx().getCount(QStringLiteral("1=1")), 0);
     QVERIFY(!BLSyncUserx().select(QStringLiteral("1=1")));
     QVERIFY(!BLSyncUserx().getJson(QStringLiteral("1")));
+    const bool tellsOfNone = reply == "false" || reply == R"({"Result":[]})";
+    QCOMPARE(BLSyncUserx().selectAny(QStringLiteral("1=1")).has_value(), tellsOfNone);
 }
 
 void BLSyncTest::counts_data()

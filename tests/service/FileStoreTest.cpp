@@ -42,6 +42,7 @@ private Q_SLOTS:
     void requests_data();
     void requests();
     void uploadSendsTheFile();
+    void uploadUnderOddKeys();
     void uploadOfNoFile_data();
     void uploadOfNoFile();
     void fileThatVanishesIsSent();
@@ -222,6 +223,22 @@ void FileStoreTest::uploadOfNoFile_data()
     QTest::newRow("folder") << QDir::tempPath();
     QTest::newRow("endless device") << QStringLiteral("/dev/zero");
     QTest::newRow("no path") << QString();
+}
+
+// What is stored must be found again, under the same address.
+void FileStoreTest::uploadUnderOddKeys()
+{
+    const QString path = write("a", "x");
+    for (const auto &[key, isTaken] :
+         {std::pair(".a", false), std::pair(".ab", true), std::pair("a.", true)}) {
+        const QString module = QLatin1StringView(key);
+        QCOMPARE(MiscTool::uploadFile({}, {}, module, {}, path), isTaken);
+        if (!isTaken)
+            continue;
+        QVERIFY(MiscTool::downloadFile({}, {}, module, {}, QStringLiteral("a"), m_folder->path()));
+        const QByteArray request = m_server->requests().last();
+        QCOMPARE(request.split(' ').at(1), QByteArray("/app/Resource/") + key + "/a");
+    }
 }
 
 void FileStoreTest::uploadOfNoFile()

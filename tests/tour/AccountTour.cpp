@@ -2,7 +2,6 @@
 
 #include "Session.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDateEdit>
@@ -158,17 +157,6 @@ void AccountTour::answerQuestions(const QString &answer) const
         pick(popUp, find<QComboBox>(popUp)->itemText(1));
         type(field, answer);
     }
-}
-
-void AccountTour::shootSheet(const QString &name) const
-{
-    shoot(name);
-    QWidget *sheet = QApplication::activeModalWidget();
-    const QSize size = sheet->size();
-    sheet->resize(sheet->minimumSizeHint());
-    QTest::qWait(50);
-    sheet->grab().save(QStringLiteral("%1/%2-narrow.png").arg(m_shots, name));
-    sheet->resize(size);
 }
 
 void AccountTour::press(const char *button, const char *shownThen) const

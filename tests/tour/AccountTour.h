@@ -26,7 +26,5 @@ private:
 
     void type(const char *field, const QString &text) const;
     void answerQuestions(const QString &answer) const;
-    // The window with the sheet; then the sheet as small as it goes.
-    void shootSheet(const QString &name) const;
     void press(const char *button, const char *shownThen) const;
 };

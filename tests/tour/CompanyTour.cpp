@@ -3,10 +3,8 @@
 #include "BLSync.h"
 #include "FileStore.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
@@ -131,12 +129,7 @@ void CompanyTour::changeCompany() const
     find<QTableWidget>("table")->selectRow(0);
     click(find<QPushButton>("profileButton"));
     waitFor([this] { return isShown("nameField2"); }, QStringLiteral("no panel"));
-    auto *panel = find<QDialog>("profilePanel");
-    shoot(QStringLiteral("company-panel"));
-    const QSize size = panel->size();
-    panel->resize(panel->minimumSizeHint());
-    shoot(QStringLiteral("company-panel-narrow"));
-    panel->resize(size);
+    shootSheet(QStringLiteral("company-panel"));
     for (const char *popUp : {"industryPopUp2", "titlePopUp2"})
         find<QComboBox>(popUp)->setCurrentIndex(1);
     for (const char *field : {"jobTitleField2", "mobileField2"})

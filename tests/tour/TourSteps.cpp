@@ -121,6 +121,18 @@ void TourSteps::shootNarrow(const QString &name) const
     m_window.resize(size);
 }
 
+void TourSteps::shootSheet(const QString &name) const
+{
+    shoot(name);
+    QWidget *sheet = QApplication::activeModalWidget();
+    const QSize size = sheet->size();
+    sheet->resize(sheet->minimumSizeHint());
+    QTest::qWait(50);
+    const QString path = QStringLiteral("%1/%2-narrow.png").arg(m_shots, name);
+    require(sheet->grab().save(path), QStringLiteral("%1 cannot be written").arg(path));
+    sheet->resize(size);
+}
+
 void TourSteps::closeNotice() const
 {
     say(QStringLiteral("Reading the notice"));
@@ -159,14 +171,18 @@ void TourSteps::pick(const char *popUp, const QString &title) const
     Q_EMIT box->activated(item);
 }
 
-// What a person sees at the window's place, sheets included, where the platform tells; else the
+// What a person sees at the place of the window and its sheet, where the platform tells; else the
 // window alone.
 QPixmap TourSteps::picture() const
 {
     if (QGuiApplication::platformName() != QLatin1StringView("xcb"))
         return m_window.grab();
-    const QRect place = m_window.frameGeometry();
-    return m_window.screen()->grabWindow(0, place.x(), place.y(), place.width(), place.height());
+    QRect place = m_window.frameGeometry();
+    if (const QWidget *sheet = QApplication::activeModalWidget())
+        place |= sheet->frameGeometry();
+    QScreen *screen = m_window.screen();
+    place &= screen->geometry();
+    return screen->grabWindow(0, place.x(), place.y(), place.width(), place.height());
 }
 
 void TourSteps::openModule(const QString &name) const

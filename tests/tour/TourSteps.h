@@ -63,6 +63,8 @@ protected:
     void shoot(const QString &name) const;
     // With the window as small as it goes.
     void shootNarrow(const QString &name) const;
+    // The window with the sheet; then the sheet as small as it goes.
+    void shootSheet(const QString &name) const;
 
     // The notice, and then the sheet to sign in; once pressed, the sheet is left to itself.
     void closeNotice() const;

@@ -1,6 +1,7 @@
 #include "CountryPopUps.h"
 
 #include "BundleUtil.h"
+#include "Fields.h"
 #include "Localized.h"
 #include "PopUps.h"
 
@@ -28,6 +29,9 @@ CountryPopUps::CountryPopUps(BundleUtil &bundleUtil, const CountryControls &cont
     connect(controls.businessContinentPopUp, &QComboBox::activated, this,
             &CountryPopUps::businessContinentAction);
     connect(controls.countryPopUp, &QComboBox::activated, this, &CountryPopUps::countryAction);
+    for (QLineEdit *field : {controls.telCallingCodeField, controls.mobileCallingCodeField})
+        if (field)
+            Fields::setEditable(field, false);
 }
 
 void CountryPopUps::initBusinessContinentPopup()

@@ -24,7 +24,8 @@ struct Question
     const char *correctAnswer;
 };
 
-// Their texts stand in the table of each page with questions.
+// Their texts stand in the table of each page with questions: here in that of the page that needs
+// all of them.
 constexpr std::array<Question, SecurityQuestions::count> questions{{
     {"Group1", &CompanyJson::Question1, &CompanyJson::Answer1,
      QT_TRANSLATE_NOOP("Forgot", "The first security question cannot be null."),
@@ -54,6 +55,34 @@ constexpr std::array<Question, SecurityQuestions::count> questions{{
      QT_TRANSLATE_NOOP("Forgot", "The third answer is wrong."),
      QT_TRANSLATE_NOOP("Forgot", "Please correct the third answer.")},
 }};
+
+// Those that the other pages need, for lupdate.
+[[maybe_unused]] constexpr std::array textsOfOtherPages{
+    QT_TRANSLATE_NOOP("Register", "The first security question cannot be null."),
+    QT_TRANSLATE_NOOP("Register", "Please choose the first security question."),
+    QT_TRANSLATE_NOOP("Register", "The first answer cannot be null."),
+    QT_TRANSLATE_NOOP("Register", "Please enter the first answer."),
+    QT_TRANSLATE_NOOP("Register", "The second security question cannot be null."),
+    QT_TRANSLATE_NOOP("Register", "Please choose the second security question."),
+    QT_TRANSLATE_NOOP("Register", "The second answer cannot be null."),
+    QT_TRANSLATE_NOOP("Register", "Please enter the second answer."),
+    QT_TRANSLATE_NOOP("Register", "The third security question cannot be null."),
+    QT_TRANSLATE_NOOP("Register", "Please choose the third security question."),
+    QT_TRANSLATE_NOOP("Register", "The third answer cannot be null."),
+    QT_TRANSLATE_NOOP("Register", "Please enter the third answer."),
+    QT_TRANSLATE_NOOP("ChangePwd", "The first security question cannot be null."),
+    QT_TRANSLATE_NOOP("ChangePwd", "Please choose the first security question."),
+    QT_TRANSLATE_NOOP("ChangePwd", "The first answer cannot be null."),
+    QT_TRANSLATE_NOOP("ChangePwd", "Please enter the first answer."),
+    QT_TRANSLATE_NOOP("ChangePwd", "The second security question cannot be null."),
+    QT_TRANSLATE_NOOP("ChangePwd", "Please choose the second security question."),
+    QT_TRANSLATE_NOOP("ChangePwd", "The second answer cannot be null."),
+    QT_TRANSLATE_NOOP("ChangePwd", "Please enter the second answer."),
+    QT_TRANSLATE_NOOP("ChangePwd", "The third security question cannot be null."),
+    QT_TRANSLATE_NOOP("ChangePwd", "Please choose the third security question."),
+    QT_TRANSLATE_NOOP("ChangePwd", "The third answer cannot be null."),
+    QT_TRANSLATE_NOOP("ChangePwd", "Please enter the third answer."),
+};
 
 }
 

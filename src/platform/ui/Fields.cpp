@@ -1,6 +1,6 @@
 #include "Fields.h"
 
-#include <QLineEdit>
+#include <QWidget>
 
 void Fields::setBackground(QWidget *field, const QColor &background)
 {
@@ -9,14 +9,6 @@ void Fields::setBackground(QWidget *field, const QColor &background)
     palette.setColor(QPalette::Base, background);
     palette.setColor(QPalette::Text, background.lightnessF() > light ? Qt::black : Qt::white);
     field->setPalette(palette);
-}
-
-void Fields::setReadOnly(QLineEdit *field, bool readOnly)
-{
-    field->setReadOnly(readOnly);
-    field->setPalette({});
-    if (readOnly)
-        setBackground(field, field->palette().color(QPalette::Window));
 }
 
 void Fields::keepPlaceWhenHidden(QWidget *widget)

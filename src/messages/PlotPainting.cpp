@@ -5,9 +5,10 @@
 
 namespace {
 
+// Pixels of the screen in one of the painter's, which is turned for texts only.
 double scaleOf(const QPainter &painter)
 {
-    return painter.device()->devicePixelRatioF();
+    return painter.deviceTransform().m22();
 }
 
 // In pixels of the screen.
@@ -16,11 +17,22 @@ double lineWidth(const QPainter &painter)
     return std::max(1.0, std::round(scaleOf(painter)));
 }
 
-double alignedAt(const QPainter &painter, double position)
+// The view may begin anywhere between the pixels of the screen.
+double alignedAt(const QPainter &painter, double position, double origin)
 {
     const double scale = scaleOf(painter);
     const double half = lineWidth(painter) / 2;
-    return (std::round(position * scale - half) + half) / scale;
+    return (std::round(position * scale + origin - half) + half - origin) / scale;
+}
+
+double alignedX(const QPainter &painter, double x)
+{
+    return alignedAt(painter, x, painter.deviceTransform().dx());
+}
+
+double alignedY(const QPainter &painter, double y)
+{
+    return alignedAt(painter, y, painter.deviceTransform().dy());
 }
 
 void drawBackground(QPainter &painter, const QRectF &text, const QColor &color)
@@ -51,15 +63,15 @@ QPen PlotPainting::linePen(const QPainter &painter, const QColor &color)
 
 QRectF PlotPainting::aligned(const QPainter &painter, const QRectF &area)
 {
-    return QRectF(QPointF(alignedAt(painter, area.left()), alignedAt(painter, area.top())),
-                  QPointF(alignedAt(painter, area.right()), alignedAt(painter, area.bottom())));
+    return QRectF(QPointF(alignedX(painter, area.left()), alignedY(painter, area.top())),
+                  QPointF(alignedX(painter, area.right()), alignedY(painter, area.bottom())));
 }
 
 void PlotPainting::drawHorizontal(QPainter &painter, double left, double right, double y,
                                   const QColor &color)
 {
     painter.setPen(linePen(painter, color));
-    const double at = alignedAt(painter, y);
+    const double at = alignedY(painter, y);
     painter.drawLine(QPointF(left, at), QPointF(right, at));
 }
 
@@ -67,7 +79,7 @@ void PlotPainting::drawVertical(QPainter &painter, double x, double top, double 
                                 const QColor &color)
 {
     painter.setPen(linePen(painter, color));
-    const double at = alignedAt(painter, x);
+    const double at = alignedX(painter, x);
     painter.drawLine(QPointF(at, top), QPointF(at, bottom));
 }
 

@@ -2,6 +2,7 @@
 #include "BarChartGeometry.h"
 #include "ColoredBarChart.h"
 #include "PlotGallery.h"
+#include "PlotPainting.h"
 #include "PlotView.h"
 #include "PortalViewController.h"
 #include "WindowTestMain.h"
@@ -52,6 +53,8 @@ private Q_SLOTS:
     void partsKeepTheirPlaces();
     void ticks_data();
     void ticks();
+    void linesAreSharp_data();
+    void linesAreSharp();
     void growsFromZero();
     void followsItsView();
     void chartsRegisterThemselves();
@@ -176,6 +179,43 @@ void PlotTest::ticks()
     QTEST(major.last(), "last");
     if (major.size() > 1)
         QTEST(major.at(1), "interval");
+}
+
+void PlotTest::linesAreSharp_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<int>("thickness");
+
+    QTest::newRow("one") << 1.0 << 1;
+    QTest::newRow("between") << 1.5 << 2;
+    QTest::newRow("a little more") << 1.25 << 1;
+    QTest::newRow("two") << 2.0 << 2;
+}
+
+// Wherever the view begins in its window: no pixel is covered in part.
+void PlotTest::linesAreSharp()
+{
+    QFETCH(const double, scale);
+    QFETCH(const int, thickness);
+    constexpr int size = 60;
+    for (const QPointF offset : {QPointF(0, 0), QPointF(7, 3), QPointF(2.3, 1.9)}) {
+        QImage image(size, size, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        image.setDevicePixelRatio(scale);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(offset);
+        PlotPainting::drawHorizontal(painter, -size, size, 11.2, Qt::white);
+        PlotPainting::drawVertical(painter, 13.7, -size, size, Qt::white);
+        painter.end();
+        int covered = 0;
+        for (int i = 0; i < size * size; ++i) {
+            const QRgb color = image.pixel(i % size, i / size);
+            QVERIFY(color == qRgb(0, 0, 0) || color == qRgb(255, 255, 255));
+            covered += int(color == qRgb(255, 255, 255));
+        }
+        QCOMPARE(covered, thickness * (2 * size - thickness));
+    }
 }
 
 void PlotTest::growsFromZero()

@@ -5,6 +5,8 @@
 
 namespace {
 
+constexpr double roundingError = 0.01; // of widths that are sums
+
 // Pixels of the screen in one of the painter's, which is turned for texts only.
 double scaleOf(const QPainter &painter)
 {
@@ -90,18 +92,29 @@ QFont PlotPainting::sizedFont(const QPainter &painter, double pixels)
     return font;
 }
 
+double PlotPainting::fittingSize(const QPainter &painter, const QStringList &texts, double width,
+                                 double pixels)
+{
+    constexpr double leastPart = 0.6;
+    const auto fits = [&](double size) {
+        const QFontMetricsF metrics(sizedFont(painter, size));
+        return std::ranges::all_of(texts, [&](const QString &text) {
+            return metrics.horizontalAdvance(text) <= width + roundingError;
+        });
+    };
+    double size = std::round(pixels);
+    while (size - 1 >= leastPart * pixels && !fits(size))
+        --size;
+    return size;
+}
+
 void PlotPainting::drawText(QPainter &painter, const QRectF &area, const QString &text,
                             double pixels, Qt::Alignment alignment, const QColor &background)
 {
-    constexpr double leastPart = 0.6;
     painter.save();
     painter.setFont(sizedFont(painter, pixels));
-    const double width = painter.fontMetrics().horizontalAdvance(text);
-    if (width > area.width())
-        painter.setFont(
-            sizedFont(painter, std::floor(pixels * std::max(leastPart, area.width() / width))));
-    const QString shown =
-        painter.fontMetrics().elidedText(text, Qt::ElideRight, static_cast<int>(area.width()) + 1);
+    const QString shown = QFontMetricsF(painter.font())
+                              .elidedText(text, Qt::ElideRight, area.width() + roundingError);
     const int flags = int(alignment | Qt::AlignVCenter) | Qt::TextSingleLine | Qt::TextDontClip;
     if (background.isValid() && !shown.isEmpty())
         drawBackground(painter, painter.boundingRect(area, flags, shown), background);

@@ -8,8 +8,10 @@
 #include "WindowTestMain.h"
 
 #include <QElapsedTimer>
+#include <QPaintEngine>
 
 #include <algorithm>
+#include <set>
 
 namespace {
 
@@ -31,6 +33,43 @@ protected:
         parts.append(part);
         text = theme.text;
     }
+};
+
+// Notes the texts that are painted and the heights of their letters.
+class TextNotes : public QPaintDevice, QPaintEngine
+{
+public:
+    explicit TextNotes(const QSize &size)
+        : QPaintEngine(AllFeatures)
+        , m_size(size)
+    {
+    }
+
+    QMultiMap<QString, int> sizes;
+
+private:
+    bool begin(QPaintDevice *) override { return true; }
+    bool end() override { return true; }
+    void updateState(const QPaintEngineState &) override {}
+    void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override {}
+    void drawPath(const QPainterPath &) override {}
+    void drawPolygon(const QPointF *, int, PolygonDrawMode) override {}
+    void drawTextItem(const QPointF &, const QTextItem &item) override
+    {
+        sizes.insert(item.text(), item.font().pixelSize());
+    }
+    [[nodiscard]] Type type() const override { return User; }
+    [[nodiscard]] QPaintEngine *paintEngine() const override
+    {
+        return const_cast<TextNotes *>(this);
+    }
+    [[nodiscard]] int metric(PaintDeviceMetric metric) const override
+    {
+        constexpr int dpi = 96;
+        return metric == PdmWidth ? m_size.width() : metric == PdmHeight ? m_size.height() : dpi;
+    }
+
+    QSize m_size;
 };
 
 BarChartModel portalModel()
@@ -55,6 +94,7 @@ private Q_SLOTS:
     void ticks();
     void linesAreSharp_data();
     void linesAreSharp();
+    void textsOfOneKindAreOneSize();
     void growsFromZero();
     void followsItsView();
     void chartsRegisterThemselves();
@@ -215,6 +255,31 @@ void PlotTest::linesAreSharp()
             covered += int(color == qRgb(255, 255, 255));
         }
         QCOMPARE(covered, thickness * (2 * size - thickness));
+    }
+}
+
+// A long one makes the others as small, and is then not cut off.
+void PlotTest::textsOfOneKindAreOneSize()
+{
+    const QStringList titles{"Last", "This month, from its first day"};
+    ColoredBarChart chart;
+    chart.setTitleArray(titles);
+    chart.setValueArray({"130000", "40"});
+    for (const QSize frame : {QSize(600, 400), QSize(1200, 800)}) {
+        chart.setFrameSize(frame);
+        TextNotes notes(frame);
+        QPainter painter(&notes);
+        chart.paint(painter, 1);
+        painter.end();
+        std::set<int> tickSizes;
+        for (auto text = notes.sizes.cbegin(); text != notes.sizes.cend(); ++text)
+            if (text.key().front().isDigit())
+                tickSizes.insert(text.value());
+        QCOMPARE(tickSizes.size(), 1U);
+        QVERIFY(notes.sizes.contains(QStringLiteral("130k")));
+        const QList<int> sizes = notes.sizes.values(titles.first()); // in the legend, at the bar
+        QCOMPARE(sizes.size(), 2);
+        QCOMPARE(notes.sizes.values(titles.last()), sizes);
     }
 }
 

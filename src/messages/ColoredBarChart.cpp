@@ -13,7 +13,8 @@ namespace {
 
 constexpr float majorOpacity = 0.75F;
 constexpr float minorOpacity = 0.25F;
-constexpr QColor labelBackground(0, 0, 0, 130); // where a label is longer than its bar
+// Behind a bar's label, which is white and may lie on any of the colours and on grid lines.
+constexpr QColor labelBackground(0, 0, 0, 130);
 constexpr double barCornerRadius = 4.0;
 constexpr double legendCornerRadius = 10.0;
 const QColor legendFill = QColor::fromRgbF(0.15F, 0.15F, 0.15F);

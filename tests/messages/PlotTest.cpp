@@ -308,8 +308,11 @@ void PlotTest::growsFromZero()
 void PlotTest::followsItsView()
 {
     auto item = std::make_unique<NotingItem>();
+    PlotView former;
     PlotView view;
+    item->renderInView(&former, {}, true);
     item->renderInView(&view, {}, true);
+    QVERIFY(!former.plotItem() && view.plotItem() == item.get());
     item.reset();
     QVERIFY(!view.plotItem());
     view.grab(); // paints nothing, and does not crash

@@ -119,9 +119,9 @@ void NotificationViewController::deleteAction()
 // The marks of those who have read it go with it.
 void NotificationViewController::remove(const QString &id)
 {
-    const bool isRemoved =
-        m_blSyncNotification.deleteByID(id)
-        && BLSyncNotificationReadStatus().remove(QStringLiteral("NotificationID=") + id);
+    const bool isRemoved = m_blSyncNotification.deleteByID(id);
+    if (isRemoved && !BLSyncNotificationReadStatus().remove(QStringLiteral("NotificationID=") + id))
+        qWarning("the read marks of notification %s are left behind", qUtf8Printable(id));
     m_waiting.end();
     if (!isRemoved)
         MiscTool::showAlert(localized("Notification", "Failed to delete."),

@@ -6,6 +6,7 @@
 #include "MainQueue.h"
 #include "NotificationViewController.h"
 #include "RecordTable.h"
+#include "RecordingServer.h"
 #include "ServiceFixture.h"
 #include "Session.h"
 #include "WindowTestMain.h"
@@ -42,6 +43,7 @@ private Q_SLOTS:
     void targets();
     void updateKeepsWhatIsNotEdited();
     void deletedWithItsReadMarks();
+    void deletedAlthoughItsReadMarksAreNot();
     void deadServiceLosesNothing();
 
 private:
@@ -321,6 +323,23 @@ void NotificationTest::deletedWithItsReadMarks()
     }
     QTRY_COMPARE(titles(), (QStringList{"germany", "all", "asia", "withdrawn"}));
     QCOMPARE(readStatus.getCount(QStringLiteral("1=1")), 1);
+}
+
+void NotificationTest::deletedAlthoughItsReadMarksAreNot()
+{
+    RecordingServer server;
+    server.setNextReplies({R"({"Result":[{"ID":"7"}]})", "true", "false"});
+    server.setReply(R"({"Result":[]})");
+    show("root");
+    control<RecordTable>("tableView")->selectRow(0);
+    AlertRecorder alerts;
+    alerts.expect(QStringLiteral("Are you sure to delete?"),
+                  QStringLiteral("The operation is irreversible."));
+    QTest::ignoreMessage(QtWarningMsg, "the read marks of notification 7 are left behind");
+    click("deleteButton");
+    QTRY_COMPARE(titles().size(), 0);
+    QCOMPARE(alerts.seen().size(), 1);
+    QCOMPARE(server.requests().size(), 4);
 }
 
 void NotificationTest::deadServiceLosesNothing()

@@ -86,14 +86,15 @@ void FeedbackViewController::load()
     const auto rows =
         m_blSyncFeedback.select(ownClause() + answered + QStringLiteral(" ORDER BY AskTime DESC"));
     m_submitters.clear();
-    m_data.clear();
+    QList<FeedbackJson> questions; // the table shows the former ones while askers are looked up
     QList<QStringList> texts;
     for (const QVariantMap &row : rows.value_or(QList<QVariantMap>())) {
         const FeedbackJson feedback = FeedbackJson::getJson(row);
-        m_data.append(feedback);
+        questions.append(feedback);
         texts.append(
             {feedback.AskTime, m_submitters.submitter(feedback.UserID).company, feedback.Question});
     }
+    m_data = questions;
     m_ui->table->setRows(texts);
 }
 

@@ -140,11 +140,26 @@ void FeedbackPanel::saveAction()
     m_waiting.run(setStatus, [this] { save(); });
 }
 
-void FeedbackPanel::save()
+// Who does not see the answer must not take back one that came since the list was loaded.
+bool FeedbackPanel::store() const
 {
     FeedbackJson feedback = getJson();
-    const bool isSaved = m_operation == insertOperation ? m_blSyncFeedback.insert(feedback)
-                                                        : m_blSyncFeedback.update(feedback);
+    if (m_operation == insertOperation)
+        return m_blSyncFeedback.insert(feedback);
+    if (m_ui->answerBox->isHidden()) {
+        const std::optional<FeedbackJson> current = m_blSyncFeedback.getJson(feedback.ID);
+        if (!current)
+            return false;
+        feedback.Answer = current->Answer;
+        feedback.AnsweredBy = current->AnsweredBy;
+        feedback.AnswerTime = current->AnswerTime;
+    }
+    return m_blSyncFeedback.update(feedback);
+}
+
+void FeedbackPanel::save()
+{
+    const bool isSaved = store();
     m_waiting.end();
     if (isSaved) {
         accept();

@@ -42,6 +42,7 @@ private:
     [[nodiscard]] bool isAnswered() const;
     [[nodiscard]] bool verify();
     [[nodiscard]] FeedbackJson getJson() const;
+    [[nodiscard]] bool store() const;
     void saveAction();
     void save();
     void cancelAction();

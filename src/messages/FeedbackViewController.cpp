@@ -21,6 +21,17 @@ QString ownClause()
     return QStringLiteral("UserID=") + user.ID + QStringLiteral(" AND ");
 }
 
+bool isAnswered(const FeedbackJson &feedback)
+{
+    return feedback.AnsweredBy.toInt() >= 1;
+}
+
+void tellThatItIsForbidden()
+{
+    MiscTool::showAlert(localized("Feedback", "Forbidden to delete."),
+                        localized("Feedback", "There is critical data referenced."));
+}
+
 }
 
 FeedbackViewController::FeedbackViewController()
@@ -103,9 +114,8 @@ void FeedbackViewController::deleteAction()
     const int row = m_ui->table->selectedRow();
     if (row < 0)
         return;
-    if (m_data.at(row).AnsweredBy.toInt() >= 1) {
-        MiscTool::showAlert(localized("Feedback", "Forbidden to delete."),
-                            localized("Feedback", "There is critical data referenced."));
+    if (isAnswered(m_data.at(row))) {
+        tellThatItIsForbidden();
         return;
     }
     Alerts::confirmOnWindow(
@@ -114,11 +124,15 @@ void FeedbackViewController::deleteAction()
         [this, id = m_data.at(row).ID] { wait([this, id] { remove(id); }); }, "Feedback");
 }
 
+// It may have been answered since the list was loaded.
 void FeedbackViewController::remove(const QString &id)
 {
-    const bool isRemoved = m_blSyncFeedback.deleteByID(id);
+    const bool isForbidden = isAnswered(m_blSyncFeedback.getJson(id).value_or(FeedbackJson()));
+    const bool isRemoved = !isForbidden && m_blSyncFeedback.deleteByID(id);
     m_waiting.end();
-    if (!isRemoved)
+    if (isForbidden)
+        tellThatItIsForbidden();
+    else if (!isRemoved)
         MiscTool::showAlert(localized("Feedback", "Failed to delete."),
                             localized("Feedback", "Please try again later."));
     MainQueue::async(this, [this] { loadData(); }); // when this waiting is over

@@ -40,6 +40,8 @@ private Q_SLOTS:
     void answerSurvivesAnEmptyOne();
     void deleting_data();
     void deleting();
+    void answeredMeanwhile_data();
+    void answeredMeanwhile();
     void deadServiceLosesNothing();
     void askersAreLookedUpOnce();
 
@@ -326,6 +328,43 @@ void FeedbackTest::deleting()
     if (isDead)
         m_service->start();
     QTRY_COMPARE(BLSyncFeedback().getCount(QStringLiteral("1=1")), left);
+}
+
+void FeedbackTest::answeredMeanwhile_data()
+{
+    QTest::addColumn<bool>("isDeleted");
+    QTest::addColumn<QString>("kept");
+
+    QTest::newRow("deleted") << true << "older";
+    QTest::newRow("changed") << false << "oldest";
+}
+
+// The list does not know of the answer yet, which is not lost.
+void FeedbackTest::answeredMeanwhile()
+{
+    QFETCH(const bool, isDeleted);
+    show("anna", false);
+    FeedbackJson feedback = stored("older");
+    feedback.Answer = QStringLiteral("At last");
+    feedback.AnsweredBy = idOf(m_root);
+    feedback.AnswerTime = QStringLiteral("2017-1-1 1:1:1");
+    QVERIFY(BLSyncFeedback().update(feedback));
+    AlertRecorder alerts;
+    if (isDeleted) {
+        table()->selectRow(1);
+        alerts.expect(deleteQuestion, irreversible);
+        alerts.expect(QStringLiteral("Forbidden to delete."),
+                      QStringLiteral("There is critical data referenced."));
+        click("deleteButton");
+    } else {
+        open(1);
+        question()->setPlainText(QStringLiteral("oldest"));
+        click("saveButton");
+    }
+    QTRY_COMPARE(cells(2), QStringList{"newer"});
+    QFETCH(const QString, kept);
+    feedback.Question = kept;
+    QCOMPARE(stored(kept.toLatin1().constData()).getPropertyValues(), feedback.getPropertyValues());
 }
 
 void FeedbackTest::deadServiceLosesNothing()

@@ -43,7 +43,7 @@ void FeedbackPanel::presentNew()
     fill({}, false);
     m_ui->submittedByLabel->clear();
     m_ui->askTimeLabel->clear();
-    m_ui->questionTextView->setFocus();
+    focusWhatIsAllowed();
     open();
 }
 
@@ -54,6 +54,7 @@ void FeedbackPanel::present(const FeedbackJson &feedback, Submitters &submitters
     m_ui->submittedByLabel->setText(submitters.submitter(feedback.UserID).nameAndCompany());
     if (isAnswered())
         m_ui->answeredByLabel->setText(submitters.submitter(feedback.AnsweredBy).nameAndCompany());
+    focusWhatIsAllowed();
     open();
 }
 
@@ -99,6 +100,16 @@ void FeedbackPanel::allowWhatIsAllowed()
     const bool isMine = m_feedback.AnsweredBy == loggedUserID();
     Fields::setEditable(m_ui->answerTextView, isMine);
     m_ui->saveButton->setEnabled(isMine);
+}
+
+void FeedbackPanel::focusWhatIsAllowed()
+{
+    if (!m_ui->questionTextView->isReadOnly())
+        m_ui->questionTextView->setFocus();
+    else if (!m_ui->answerTextView->isReadOnly())
+        m_ui->answerTextView->setFocus();
+    else
+        m_ui->cancelButton->setFocus();
 }
 
 bool FeedbackPanel::verify()

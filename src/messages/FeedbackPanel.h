@@ -39,6 +39,7 @@ private:
     void fill(const FeedbackJson &feedback, bool showsAnswer);
     void setAllStatus(bool enabled);
     void allowWhatIsAllowed();
+    void focusWhatIsAllowed();
     [[nodiscard]] bool isAnswered() const;
     [[nodiscard]] bool verify();
     [[nodiscard]] FeedbackJson getJson() const;

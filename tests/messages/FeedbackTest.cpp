@@ -192,16 +192,22 @@ void FeedbackTest::whoMayDoWhat_data()
     QTest::addColumn<bool>("mayAnswer");
     QTest::addColumn<bool>("maySave");
     QTest::addColumn<QString>("answeredBy");
+    QTest::addColumn<QString>("focus");
 
     QTest::newRow("asker, unanswered")
-        << "anna" << false << 0 << true << false << true << true << "";
-    QTest::newRow("root, another's") << "root" << false << 0 << false << true << true << true << "";
+        << "anna" << false << 0 << true << false << true << true << ""
+        << "questionTextView";
+    QTest::newRow("root, another's") << "root" << false << 0 << false << true << true << true << ""
+                                     << "answerTextView";
     QTest::newRow("asker, answered")
-        << "anna" << true << 1 << false << true << false << false << "First root ROOT";
+        << "anna" << true << 1 << false << true << false << false << "First root ROOT"
+        << "cancelButton";
     QTest::newRow("its answerer") << "root" << true << 1 << false << true << true << true
-                                  << "First root ROOT";
+                                  << "First root ROOT"
+                                  << "answerTextView";
     QTest::newRow("another's answer")
-        << "root" << true << 0 << false << true << false << false << "First bert BERT";
+        << "root" << true << 0 << false << true << false << false << "First bert BERT"
+        << "cancelButton";
 }
 
 void FeedbackTest::whoMayDoWhat()
@@ -216,6 +222,9 @@ void FeedbackTest::whoMayDoWhat()
     QTEST(!answer()->isReadOnly(), "mayAnswer");
     QTEST(control<QPushButton>("saveButton")->isEnabled(), "maySave");
     QTEST(control<QLabel>("answeredByLabel")->text(), "answeredBy");
+    QFETCH(const QString, focus);
+    QCOMPARE(control<QDialog>("panel")->focusWidget(),
+             control<QWidget>(focus.toLatin1().constData()));
     QCOMPARE(control<QLabel>("submittedByLabel")->text(), QStringLiteral("First anna ANNA"));
     QCOMPARE(control<QLabel>("askTimeLabel")->text(), cells(0).at(row));
     QCOMPARE(answer()->toPlainText(), answered ? QStringLiteral("an answer") : QString());
@@ -227,6 +236,7 @@ void FeedbackTest::whoMayDoWhat()
     click("addButton");
     QVERIFY(control<QDialog>("panel")->isVisible());
     QVERIFY(!question()->isReadOnly() && question()->toPlainText().isEmpty());
+    QVERIFY(control<QDialog>("panel")->focusWidget() == question());
     QVERIFY(control<QPushButton>("saveButton")->isEnabled());
     QVERIFY(!control<QGroupBox>("answerBox")->isVisible());
 }

@@ -39,6 +39,8 @@ FeedbackViewController::FeedbackViewController()
     , m_waiting(this, m_ui->loadingView)
     , m_panel(new FeedbackPanel(this))
 {
+    m_ui->table->setIdentifiers(
+        {QStringLiteral("AskTime"), QStringLiteral("SubmittedBy"), QStringLiteral("Question")});
     constexpr int companyWidth = 160;
     QHeaderView *header = m_ui->table->horizontalHeader();
     header->setSectionResizeMode(askTimeColumn, QHeaderView::ResizeToContents);

@@ -35,6 +35,7 @@ NotificationViewController::NotificationViewController()
     , m_waiting(this, m_ui->loadingView)
     , m_panel(new NotificationPanel(this))
 {
+    m_ui->tableView->setIdentifiers({QStringLiteral("Title"), QStringLiteral("IssuedTime")});
     QHeaderView *header = m_ui->tableView->horizontalHeader();
     header->setStretchLastSection(false);
     header->setSectionResizeMode(titleColumn, QHeaderView::Stretch);

@@ -13,7 +13,8 @@ namespace {
 
 constexpr float majorOpacity = 0.75F;
 constexpr float minorOpacity = 0.25F;
-constexpr QColor labelBackground(0, 0, 0, 130); // where a label is longer than its bar
+// Behind a bar's label, which is white and may lie on any of the colours and on grid lines.
+constexpr QColor labelBackground(0, 0, 0, 130);
 constexpr double barCornerRadius = 4.0;
 constexpr double legendCornerRadius = 10.0;
 const QColor legendFill = QColor::fromRgbF(0.15F, 0.15F, 0.15F);
@@ -115,7 +116,10 @@ void ColoredBarChart::paintFrame(QPainter &painter, const BarChartGeometry &geom
     PlotPainting::fillGradient(painter, geometry.plotArea(), theme.plotAreaTop,
                                theme.plotAreaBottom);
     painter.setPen(theme.text);
-    PlotPainting::drawText(painter, geometry.titleArea(), title(), geometry.titleSize());
+    const QRectF area = geometry.titleArea();
+    PlotPainting::drawText(
+        painter, area, title(),
+        PlotPainting::fittingSize(painter, {title()}, area.width(), geometry.titleSize()));
 }
 
 void ColoredBarChart::paintGrid(QPainter &painter, const BarChartGeometry &geometry) const
@@ -138,10 +142,14 @@ void ColoredBarChart::paintBars(QPainter &painter, const BarChartGeometry &geome
         painter.setBrush(barFill(bar, i));
         painter.drawPath(barOutline(bar));
     }
+    if (m_model.barCount() == 0)
+        return;
     painter.setPen(theme.text);
+    const double size = PlotPainting::fittingSize(
+        painter, m_titleArray, geometry.barLabelArea(0).height(), geometry.labelSize());
     for (int i = 0; i < m_model.barCount(); ++i)
-        PlotPainting::drawRisingText(painter, geometry.barLabelArea(i), m_model.title(i),
-                                     geometry.labelSize(), Qt::AlignLeft, labelBackground);
+        PlotPainting::drawRisingText(painter, geometry.barLabelArea(i), m_model.title(i), size,
+                                     Qt::AlignLeft, labelBackground);
 }
 
 void ColoredBarChart::paintValueAxis(QPainter &painter, const BarChartGeometry &geometry,
@@ -151,12 +159,30 @@ void ColoredBarChart::paintValueAxis(QPainter &painter, const BarChartGeometry &
     PlotPainting::drawVertical(painter, area.left(), area.top(), area.bottom(), theme.axis);
     PlotPainting::drawHorizontal(painter, area.left(), area.right(), geometry.y(0), theme.axis);
     painter.setPen(theme.text);
-    for (const BarChartGeometry::Tick &tick : geometry.valueTicks())
-        if (tick.isMajor)
-            PlotPainting::drawText(painter, geometry.tickLabelArea(tick), tickLabel(tick.value),
-                                   geometry.labelSize(), Qt::AlignRight);
-    PlotPainting::drawRisingText(painter, geometry.axisTitleArea(), m_axisY, geometry.labelSize(),
-                                 Qt::AlignHCenter);
+    paintTickLabels(painter, geometry);
+    const QRectF titleArea = geometry.axisTitleArea();
+    PlotPainting::drawRisingText(
+        painter, titleArea, m_axisY,
+        PlotPainting::fittingSize(painter, {m_axisY}, titleArea.height(), geometry.labelSize()),
+        Qt::AlignHCenter);
+}
+
+void ColoredBarChart::paintTickLabels(QPainter &painter, const BarChartGeometry &geometry)
+{
+    QStringList labels;
+    QList<QRectF> areas;
+    for (const BarChartGeometry::Tick &tick : geometry.valueTicks()) {
+        if (tick.isMajor) {
+            labels.append(tickLabel(tick.value));
+            areas.append(geometry.tickLabelArea(tick));
+        }
+    }
+    if (areas.isEmpty())
+        return;
+    const double size =
+        PlotPainting::fittingSize(painter, labels, areas.first().width(), geometry.labelSize());
+    for (int i = 0; i < areas.size(); ++i)
+        PlotPainting::drawText(painter, areas.at(i), labels.at(i), size, Qt::AlignRight);
 }
 
 void ColoredBarChart::paintLegend(QPainter &painter, const BarChartGeometry &geometry) const
@@ -177,6 +203,8 @@ void ColoredBarChart::paintLegend(QPainter &painter, const BarChartGeometry &geo
     painter.setBrush(legendFill);
     painter.drawRoundedRect(PlotPainting::aligned(painter, box), legendCornerRadius,
                             legendCornerRadius);
+    const double letters =
+        PlotPainting::fittingSize(painter, m_titleArray, textWidth, geometry.labelSize());
     for (int i = 0; i < m_model.barCount(); ++i) {
         const QRectF row(box.left() + margin, box.top() + margin / 2 + i * line,
                          size.width() - 2 * margin, line);
@@ -185,7 +213,7 @@ void ColoredBarChart::paintLegend(QPainter &painter, const BarChartGeometry &geo
         swatch.moveCenter({row.left() + swatchSize / 2, row.center().y()});
         painter.fillRect(swatch, barFill(swatch, i));
         painter.setPen(Qt::white);
-        PlotPainting::drawText(painter, row.adjusted(line, 0, 0, 0), m_model.title(i),
-                               geometry.labelSize(), Qt::AlignLeft);
+        PlotPainting::drawText(painter, row.adjusted(line, 0, 0, 0), m_model.title(i), letters,
+                               Qt::AlignLeft);
     }
 }

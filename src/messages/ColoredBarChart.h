@@ -34,6 +34,7 @@ private:
                    double part) const;
     void paintValueAxis(QPainter &painter, const BarChartGeometry &geometry,
                         const PlotTheme &theme) const;
+    static void paintTickLabels(QPainter &painter, const BarChartGeometry &geometry);
     void paintLegend(QPainter &painter, const BarChartGeometry &geometry) const;
 
     QString m_axisY;

@@ -43,7 +43,7 @@ void FeedbackPanel::presentNew()
     fill({}, false);
     m_ui->submittedByLabel->clear();
     m_ui->askTimeLabel->clear();
-    m_ui->questionTextView->setFocus();
+    focusWhatIsAllowed();
     open();
 }
 
@@ -54,6 +54,7 @@ void FeedbackPanel::present(const FeedbackJson &feedback, Submitters &submitters
     m_ui->submittedByLabel->setText(submitters.submitter(feedback.UserID).nameAndCompany());
     if (isAnswered())
         m_ui->answeredByLabel->setText(submitters.submitter(feedback.AnsweredBy).nameAndCompany());
+    focusWhatIsAllowed();
     open();
 }
 
@@ -101,6 +102,16 @@ void FeedbackPanel::allowWhatIsAllowed()
     m_ui->saveButton->setEnabled(isMine);
 }
 
+void FeedbackPanel::focusWhatIsAllowed()
+{
+    if (!m_ui->questionTextView->isReadOnly())
+        m_ui->questionTextView->setFocus();
+    else if (!m_ui->answerTextView->isReadOnly())
+        m_ui->answerTextView->setFocus();
+    else
+        m_ui->cancelButton->setFocus();
+}
+
 bool FeedbackPanel::verify()
 {
     return runChecks({
@@ -140,11 +151,26 @@ void FeedbackPanel::saveAction()
     m_waiting.run(setStatus, [this] { save(); });
 }
 
-void FeedbackPanel::save()
+// Who does not see the answer must not take back one that came since the list was loaded.
+bool FeedbackPanel::store() const
 {
     FeedbackJson feedback = getJson();
-    const bool isSaved = m_operation == insertOperation ? m_blSyncFeedback.insert(feedback)
-                                                        : m_blSyncFeedback.update(feedback);
+    if (m_operation == insertOperation)
+        return m_blSyncFeedback.insert(feedback);
+    if (m_ui->answerBox->isHidden()) {
+        const std::optional<FeedbackJson> current = m_blSyncFeedback.getJson(feedback.ID);
+        if (!current)
+            return false;
+        feedback.Answer = current->Answer;
+        feedback.AnsweredBy = current->AnsweredBy;
+        feedback.AnswerTime = current->AnswerTime;
+    }
+    return m_blSyncFeedback.update(feedback);
+}
+
+void FeedbackPanel::save()
+{
+    const bool isSaved = store();
     m_waiting.end();
     if (isSaved) {
         accept();

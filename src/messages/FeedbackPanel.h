@@ -39,9 +39,11 @@ private:
     void fill(const FeedbackJson &feedback, bool showsAnswer);
     void setAllStatus(bool enabled);
     void allowWhatIsAllowed();
+    void focusWhatIsAllowed();
     [[nodiscard]] bool isAnswered() const;
     [[nodiscard]] bool verify();
     [[nodiscard]] FeedbackJson getJson() const;
+    [[nodiscard]] bool store() const;
     void saveAction();
     void save();
     void cancelAction();

@@ -21,6 +21,17 @@ QString ownClause()
     return QStringLiteral("UserID=") + user.ID + QStringLiteral(" AND ");
 }
 
+bool isAnswered(const FeedbackJson &feedback)
+{
+    return feedback.AnsweredBy.toInt() >= 1;
+}
+
+void tellThatItIsForbidden()
+{
+    MiscTool::showAlert(localized("Feedback", "Forbidden to delete."),
+                        localized("Feedback", "There is critical data referenced."));
+}
+
 }
 
 FeedbackViewController::FeedbackViewController()
@@ -28,6 +39,8 @@ FeedbackViewController::FeedbackViewController()
     , m_waiting(this, m_ui->loadingView)
     , m_panel(new FeedbackPanel(this))
 {
+    m_ui->table->setIdentifiers(
+        {QStringLiteral("AskTime"), QStringLiteral("SubmittedBy"), QStringLiteral("Question")});
     constexpr int companyWidth = 160;
     QHeaderView *header = m_ui->table->horizontalHeader();
     header->setSectionResizeMode(askTimeColumn, QHeaderView::ResizeToContents);
@@ -86,14 +99,15 @@ void FeedbackViewController::load()
     const auto rows =
         m_blSyncFeedback.select(ownClause() + answered + QStringLiteral(" ORDER BY AskTime DESC"));
     m_submitters.clear();
-    m_data.clear();
+    QList<FeedbackJson> questions; // the table shows the former ones while askers are looked up
     QList<QStringList> texts;
     for (const QVariantMap &row : rows.value_or(QList<QVariantMap>())) {
         const FeedbackJson feedback = FeedbackJson::getJson(row);
-        m_data.append(feedback);
+        questions.append(feedback);
         texts.append(
             {feedback.AskTime, m_submitters.submitter(feedback.UserID).company, feedback.Question});
     }
+    m_data = questions;
     m_ui->table->setRows(texts);
 }
 
@@ -102,9 +116,8 @@ void FeedbackViewController::deleteAction()
     const int row = m_ui->table->selectedRow();
     if (row < 0)
         return;
-    if (m_data.at(row).AnsweredBy.toInt() >= 1) {
-        MiscTool::showAlert(localized("Feedback", "Forbidden to delete."),
-                            localized("Feedback", "There is critical data referenced."));
+    if (isAnswered(m_data.at(row))) {
+        tellThatItIsForbidden();
         return;
     }
     Alerts::confirmOnWindow(
@@ -113,11 +126,15 @@ void FeedbackViewController::deleteAction()
         [this, id = m_data.at(row).ID] { wait([this, id] { remove(id); }); }, "Feedback");
 }
 
+// It may have been answered since the list was loaded.
 void FeedbackViewController::remove(const QString &id)
 {
-    const bool isRemoved = m_blSyncFeedback.deleteByID(id);
+    const bool isForbidden = isAnswered(m_blSyncFeedback.getJson(id).value_or(FeedbackJson()));
+    const bool isRemoved = !isForbidden && m_blSyncFeedback.deleteByID(id);
     m_waiting.end();
-    if (!isRemoved)
+    if (isForbidden)
+        tellThatItIsForbidden();
+    else if (!isRemoved)
         MiscTool::showAlert(localized("Feedback", "Failed to delete."),
                             localized("Feedback", "Please try again later."));
     MainQueue::async(this, [this] { loadData(); }); // when this waiting is over

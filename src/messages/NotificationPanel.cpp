@@ -69,12 +69,26 @@ void NotificationPanel::fill(const NotificationJson &notification)
     open();
 }
 
-// An empty target is the line for nothing chosen.
+// An empty target is the line for nothing chosen; one that is not in the lists is none of them.
 void NotificationPanel::chooseTarget(const QString &businessContinent, const QString &country)
 {
     m_countryPopUps.select(businessContinent, country);
-    for (QComboBox *popUp : {m_ui->businessContinentPopup, m_ui->countryPopup})
-        popUp->setCurrentIndex(std::max(popUp->currentIndex(), 0));
+    if (!country.isEmpty())
+        return;
+    m_ui->countryPopup->setCurrentIndex(0);
+    if (businessContinent.isEmpty())
+        m_ui->businessContinentPopup->setCurrentIndex(0);
+}
+
+// What is not in the lists stays until something else is chosen.
+void NotificationPanel::readTarget(NotificationJson &notification) const
+{
+    const int continent = m_ui->businessContinentPopup->currentIndex();
+    if (continent < 0)
+        return;
+    notification.BusinessContinent = m_countryPopUps.businessContinent();
+    if (continent == 0 || m_ui->countryPopup->currentIndex() >= 0)
+        notification.Country = m_countryPopUps.country();
 }
 
 void NotificationPanel::setAllStatus(bool enabled)
@@ -107,8 +121,7 @@ NotificationJson NotificationPanel::getJson() const
         notification.IssuedTime = MiscTool::getNow();
     notification.Title = m_ui->titleField->text();
     notification.Body = m_ui->bodyField->toPlainText();
-    notification.BusinessContinent = m_countryPopUps.businessContinent();
-    notification.Country = m_countryPopUps.country();
+    readTarget(notification);
     notification.IsEnabled = QString::number(int(m_ui->enabledCB->isChecked()));
     return notification;
 }

@@ -37,6 +37,7 @@ Q_SIGNALS:
 private:
     void fill(const NotificationJson &notification);
     void chooseTarget(const QString &businessContinent, const QString &country);
+    void readTarget(NotificationJson &notification) const;
     void setAllStatus(bool enabled);
     [[nodiscard]] bool verify();
     [[nodiscard]] NotificationJson getJson() const;

@@ -35,6 +35,7 @@ NotificationViewController::NotificationViewController()
     , m_waiting(this, m_ui->loadingView)
     , m_panel(new NotificationPanel(this))
 {
+    m_ui->tableView->setIdentifiers({QStringLiteral("Title"), QStringLiteral("IssuedTime")});
     QHeaderView *header = m_ui->tableView->horizontalHeader();
     header->setStretchLastSection(false);
     header->setSectionResizeMode(titleColumn, QHeaderView::Stretch);
@@ -119,9 +120,9 @@ void NotificationViewController::deleteAction()
 // The marks of those who have read it go with it.
 void NotificationViewController::remove(const QString &id)
 {
-    const bool isRemoved =
-        m_blSyncNotification.deleteByID(id)
-        && BLSyncNotificationReadStatus().remove(QStringLiteral("NotificationID=") + id);
+    const bool isRemoved = m_blSyncNotification.deleteByID(id);
+    if (isRemoved && !BLSyncNotificationReadStatus().remove(QStringLiteral("NotificationID=") + id))
+        qWarning("the read marks of notification %s are left behind", qUtf8Printable(id));
     m_waiting.end();
     if (!isRemoved)
         MiscTool::showAlert(localized("Notification", "Failed to delete."),

@@ -12,8 +12,7 @@ PlotItem::PlotItem(QString title, QString section, PlotTheme theme)
 
 PlotItem::~PlotItem()
 {
-    if (m_view && m_view->plotItem() == this)
-        m_view->setPlotItem(nullptr, false);
+    leaveView();
 }
 
 void PlotItem::setTitle(const QString &title)
@@ -24,6 +23,8 @@ void PlotItem::setTitle(const QString &title)
 
 void PlotItem::renderInView(PlotView *view, const std::optional<PlotTheme> &theme, bool animated)
 {
+    if (m_view != view)
+        leaveView();
     m_view = view;
     m_theme = theme.value_or(m_ownTheme);
     m_frameSize = view->size();
@@ -39,6 +40,12 @@ void PlotItem::setFrameSize(const QSizeF &size)
 void PlotItem::paint(QPainter &painter, double part) const
 {
     paintPlot(painter, m_theme, part);
+}
+
+void PlotItem::leaveView()
+{
+    if (m_view && m_view->plotItem() == this)
+        m_view->setPlotItem(nullptr, false);
 }
 
 void PlotItem::update()

@@ -24,8 +24,8 @@ public:
     void setTitle(const QString &title);
     [[nodiscard]] QString section() const { return m_section; }
 
-    // Shows the item in the view, in this theme or else its own; animated, its values grow from
-    // zero.
+    // Shows the item in the view, and no longer in another, in this theme or else its own;
+    // animated, its values grow from zero.
     void renderInView(PlotView *view, const std::optional<PlotTheme> &theme, bool animated);
     // The view's size has changed.
     void setFrameSize(const QSizeF &size);
@@ -42,6 +42,8 @@ protected:
     void update();
 
 private:
+    void leaveView();
+
     QString m_title;
     QString m_section;
     PlotTheme m_ownTheme;

@@ -5,9 +5,12 @@
 
 namespace {
 
+constexpr double roundingError = 0.01; // of widths that are sums
+
+// Pixels of the screen in one of the painter's, which is turned for texts only.
 double scaleOf(const QPainter &painter)
 {
-    return painter.device()->devicePixelRatioF();
+    return painter.deviceTransform().m22();
 }
 
 // In pixels of the screen.
@@ -16,11 +19,22 @@ double lineWidth(const QPainter &painter)
     return std::max(1.0, std::round(scaleOf(painter)));
 }
 
-double alignedAt(const QPainter &painter, double position)
+// The view may begin anywhere between the pixels of the screen.
+double alignedAt(const QPainter &painter, double position, double origin)
 {
     const double scale = scaleOf(painter);
     const double half = lineWidth(painter) / 2;
-    return (std::round(position * scale - half) + half) / scale;
+    return (std::round(position * scale + origin - half) + half - origin) / scale;
+}
+
+double alignedX(const QPainter &painter, double x)
+{
+    return alignedAt(painter, x, painter.deviceTransform().dx());
+}
+
+double alignedY(const QPainter &painter, double y)
+{
+    return alignedAt(painter, y, painter.deviceTransform().dy());
 }
 
 void drawBackground(QPainter &painter, const QRectF &text, const QColor &color)
@@ -51,15 +65,15 @@ QPen PlotPainting::linePen(const QPainter &painter, const QColor &color)
 
 QRectF PlotPainting::aligned(const QPainter &painter, const QRectF &area)
 {
-    return QRectF(QPointF(alignedAt(painter, area.left()), alignedAt(painter, area.top())),
-                  QPointF(alignedAt(painter, area.right()), alignedAt(painter, area.bottom())));
+    return QRectF(QPointF(alignedX(painter, area.left()), alignedY(painter, area.top())),
+                  QPointF(alignedX(painter, area.right()), alignedY(painter, area.bottom())));
 }
 
 void PlotPainting::drawHorizontal(QPainter &painter, double left, double right, double y,
                                   const QColor &color)
 {
     painter.setPen(linePen(painter, color));
-    const double at = alignedAt(painter, y);
+    const double at = alignedY(painter, y);
     painter.drawLine(QPointF(left, at), QPointF(right, at));
 }
 
@@ -67,7 +81,7 @@ void PlotPainting::drawVertical(QPainter &painter, double x, double top, double 
                                 const QColor &color)
 {
     painter.setPen(linePen(painter, color));
-    const double at = alignedAt(painter, x);
+    const double at = alignedX(painter, x);
     painter.drawLine(QPointF(at, top), QPointF(at, bottom));
 }
 
@@ -78,18 +92,29 @@ QFont PlotPainting::sizedFont(const QPainter &painter, double pixels)
     return font;
 }
 
+double PlotPainting::fittingSize(const QPainter &painter, const QStringList &texts, double width,
+                                 double pixels)
+{
+    constexpr double leastPart = 0.6;
+    const auto fits = [&](double size) {
+        const QFontMetricsF metrics(sizedFont(painter, size));
+        return std::ranges::all_of(texts, [&](const QString &text) {
+            return metrics.horizontalAdvance(text) <= width + roundingError;
+        });
+    };
+    double size = std::round(pixels);
+    while (size - 1 >= leastPart * pixels && !fits(size))
+        --size;
+    return size;
+}
+
 void PlotPainting::drawText(QPainter &painter, const QRectF &area, const QString &text,
                             double pixels, Qt::Alignment alignment, const QColor &background)
 {
-    constexpr double leastPart = 0.6;
     painter.save();
     painter.setFont(sizedFont(painter, pixels));
-    const double width = painter.fontMetrics().horizontalAdvance(text);
-    if (width > area.width())
-        painter.setFont(
-            sizedFont(painter, std::floor(pixels * std::max(leastPart, area.width() / width))));
-    const QString shown =
-        painter.fontMetrics().elidedText(text, Qt::ElideRight, static_cast<int>(area.width()) + 1);
+    const QString shown = QFontMetricsF(painter.font())
+                              .elidedText(text, Qt::ElideRight, area.width() + roundingError);
     const int flags = int(alignment | Qt::AlignVCenter) | Qt::TextSingleLine | Qt::TextDontClip;
     if (background.isValid() && !shown.isEmpty())
         drawBackground(painter, painter.boundingRect(area, flags, shown), background);

@@ -18,8 +18,12 @@ void drawVertical(QPainter &painter, double x, double top, double bottom, const 
 // The painter's font with letters this high.
 [[nodiscard]] QFont sizedFont(const QPainter &painter, double pixels);
 
-// One line, in smaller letters where the area is too narrow, cut off where that is not enough;
-// on a background of its own where one is given.
+// How high the letters are with which each of the texts fits into the width: this high, or lower
+// where that is too wide, but never too low to be read.
+[[nodiscard]] double fittingSize(const QPainter &painter, const QStringList &texts, double width,
+                                 double pixels);
+
+// One line, cut off where the area is too narrow; on a background of its own where one is given.
 void drawText(QPainter &painter, const QRectF &area, const QString &text, double pixels,
               Qt::Alignment alignment = Qt::AlignHCenter, const QColor &background = {});
 // The same turned by a quarter, so that it reads upwards; the area is as it is on the screen, and

@@ -6,6 +6,7 @@
 #include "MainQueue.h"
 #include "NotificationViewController.h"
 #include "RecordTable.h"
+#include "RecordingServer.h"
 #include "ServiceFixture.h"
 #include "Session.h"
 #include "WindowTestMain.h"
@@ -40,8 +41,10 @@ private Q_SLOTS:
     void checks();
     void targets_data();
     void targets();
+    void updateKeepsWhatIsNotEdited_data();
     void updateKeepsWhatIsNotEdited();
     void deletedWithItsReadMarks();
+    void deletedAlthoughItsReadMarksAreNot();
     void deadServiceLosesNothing();
 
 private:
@@ -285,19 +288,54 @@ void NotificationTest::targets()
     QVERIFY(notification.IssuedTime.startsWith(MiscTool::getToday()));
 }
 
+void NotificationTest::updateKeepsWhatIsNotEdited_data()
+{
+    QTest::addColumn<QString>("continent");
+    QTest::addColumn<QString>("country");
+    QTest::addColumn<QString>("shownContinent");
+    QTest::addColumn<QString>("shownCountry");
+
+    const QString none = QStringLiteral("Please choose");
+    QTest::newRow("everybody") << ""
+                               << "" << none << "";
+    QTest::newRow("a continent") << europe << "" << europe << none;
+    QTest::newRow("a country") << europe << germany << europe << germany;
+    QTest::newRow("an unknown country") << europe << "Atlantis" << europe << "";
+    QTest::newRow("an unknown continent") << "Gondwana"
+                                          << ""
+                                          << ""
+                                          << "";
+    QTest::newRow("both unknown") << "Gondwana"
+                                  << "Atlantis"
+                                  << ""
+                                  << "";
+    QTest::newRow("a country of no continent") << "" << germany << ""
+                                               << "";
+}
+
 void NotificationTest::updateKeepsWhatIsNotEdited()
 {
+    QFETCH(const QString, continent);
+    QFETCH(const QString, country);
+    makeNotification("aimed", continent, country, "1", "2016-2-2 2:2:2");
+    const QString before = stored(QStringLiteral("aimed")).toJsonStr();
     show("root");
-    const QString before = stored(QStringLiteral("germany")).toJsonStr();
-    open("germany");
-    QCOMPARE(control<QComboBox>("businessContinentPopup")->currentText(), europe);
-    QCOMPARE(control<QComboBox>("countryPopup")->currentText(), germany);
+    open("aimed");
+    QTEST(control<QComboBox>("businessContinentPopup")->currentText(), "shownContinent");
+    QTEST(control<QComboBox>("countryPopup")->currentText(), "shownCountry");
     QVERIFY(control<QCheckBox>("enabledCB")->isChecked());
-    enter(QStringLiteral("Germany"), QStringLiteral("body"));
+    enter(QStringLiteral("Aimed"), QStringLiteral("body"));
     click("saveButton");
-    QTRY_VERIFY(titles().contains(germany));
-    QCOMPARE(stored(germany).toJsonStr(), QString(before).replace(QLatin1StringView("\"germany"),
-                                                                  QLatin1StringView("\"Germany")));
+    QTRY_VERIFY(titles().contains(QStringLiteral("Aimed")));
+    QCOMPARE(stored(QStringLiteral("Aimed")).toJsonStr(),
+             QString(before).replace(QLatin1StringView("\"aimed"), QLatin1StringView("\"Aimed")));
+    // What is chosen takes the place of the unknown.
+    open("Aimed");
+    pick("businessContinentPopup", QStringLiteral("Please choose"));
+    click("saveButton");
+    QTRY_VERIFY(!isPanelOpen());
+    const NotificationJson widened = stored(QStringLiteral("Aimed"));
+    QCOMPARE(widened.BusinessContinent + widened.Country, QString());
 }
 
 void NotificationTest::deletedWithItsReadMarks()
@@ -321,6 +359,23 @@ void NotificationTest::deletedWithItsReadMarks()
     }
     QTRY_COMPARE(titles(), (QStringList{"germany", "all", "asia", "withdrawn"}));
     QCOMPARE(readStatus.getCount(QStringLiteral("1=1")), 1);
+}
+
+void NotificationTest::deletedAlthoughItsReadMarksAreNot()
+{
+    RecordingServer server;
+    server.setNextReplies({R"({"Result":[{"ID":"7"}]})", "true", "false"});
+    server.setReply(R"({"Result":[]})");
+    show("root");
+    control<RecordTable>("tableView")->selectRow(0);
+    AlertRecorder alerts;
+    alerts.expect(QStringLiteral("Are you sure to delete?"),
+                  QStringLiteral("The operation is irreversible."));
+    QTest::ignoreMessage(QtWarningMsg, "the read marks of notification 7 are left behind");
+    click("deleteButton");
+    QTRY_COMPARE(titles().size(), 0);
+    QCOMPARE(alerts.seen().size(), 1);
+    QCOMPARE(server.requests().size(), 4);
 }
 
 void NotificationTest::deadServiceLosesNothing()

@@ -2,13 +2,16 @@
 #include "BarChartGeometry.h"
 #include "ColoredBarChart.h"
 #include "PlotGallery.h"
+#include "PlotPainting.h"
 #include "PlotView.h"
 #include "PortalViewController.h"
 #include "WindowTestMain.h"
 
 #include <QElapsedTimer>
+#include <QPaintEngine>
 
 #include <algorithm>
+#include <set>
 
 namespace {
 
@@ -32,6 +35,43 @@ protected:
     }
 };
 
+// Notes the texts that are painted and the heights of their letters.
+class TextNotes : public QPaintDevice, QPaintEngine
+{
+public:
+    explicit TextNotes(const QSize &size)
+        : QPaintEngine(AllFeatures)
+        , m_size(size)
+    {
+    }
+
+    QMultiMap<QString, int> sizes;
+
+private:
+    bool begin(QPaintDevice *) override { return true; }
+    bool end() override { return true; }
+    void updateState(const QPaintEngineState &) override {}
+    void drawPixmap(const QRectF &, const QPixmap &, const QRectF &) override {}
+    void drawPath(const QPainterPath &) override {}
+    void drawPolygon(const QPointF *, int, PolygonDrawMode) override {}
+    void drawTextItem(const QPointF &, const QTextItem &item) override
+    {
+        sizes.insert(item.text(), item.font().pixelSize());
+    }
+    [[nodiscard]] Type type() const override { return User; }
+    [[nodiscard]] QPaintEngine *paintEngine() const override
+    {
+        return const_cast<TextNotes *>(this);
+    }
+    [[nodiscard]] int metric(PaintDeviceMetric metric) const override
+    {
+        constexpr int dpi = 96;
+        return metric == PdmWidth ? m_size.width() : metric == PdmHeight ? m_size.height() : dpi;
+    }
+
+    QSize m_size;
+};
+
 BarChartModel portalModel()
 {
     return {{QStringLiteral("Last Month"), QStringLiteral("This Month")},
@@ -52,6 +92,9 @@ private Q_SLOTS:
     void partsKeepTheirPlaces();
     void ticks_data();
     void ticks();
+    void linesAreSharp_data();
+    void linesAreSharp();
+    void textsOfOneKindAreOneSize();
     void growsFromZero();
     void followsItsView();
     void chartsRegisterThemselves();
@@ -178,6 +221,68 @@ void PlotTest::ticks()
         QTEST(major.at(1), "interval");
 }
 
+void PlotTest::linesAreSharp_data()
+{
+    QTest::addColumn<double>("scale");
+    QTest::addColumn<int>("thickness");
+
+    QTest::newRow("one") << 1.0 << 1;
+    QTest::newRow("between") << 1.5 << 2;
+    QTest::newRow("a little more") << 1.25 << 1;
+    QTest::newRow("two") << 2.0 << 2;
+}
+
+// Wherever the view begins in its window: no pixel is covered in part.
+void PlotTest::linesAreSharp()
+{
+    QFETCH(const double, scale);
+    QFETCH(const int, thickness);
+    constexpr int size = 60;
+    for (const QPointF offset : {QPointF(0, 0), QPointF(7, 3), QPointF(2.3, 1.9)}) {
+        QImage image(size, size, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        image.setDevicePixelRatio(scale);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.translate(offset);
+        PlotPainting::drawHorizontal(painter, -size, size, 11.2, Qt::white);
+        PlotPainting::drawVertical(painter, 13.7, -size, size, Qt::white);
+        painter.end();
+        int covered = 0;
+        for (int i = 0; i < size * size; ++i) {
+            const QRgb color = image.pixel(i % size, i / size);
+            QVERIFY(color == qRgb(0, 0, 0) || color == qRgb(255, 255, 255));
+            covered += int(color == qRgb(255, 255, 255));
+        }
+        QCOMPARE(covered, thickness * (2 * size - thickness));
+    }
+}
+
+// A long one makes the others as small, and is then not cut off.
+void PlotTest::textsOfOneKindAreOneSize()
+{
+    const QStringList titles{"Last", "This month, from its first day"};
+    ColoredBarChart chart;
+    chart.setTitleArray(titles);
+    chart.setValueArray({"130000", "40"});
+    for (const QSize frame : {QSize(600, 400), QSize(1200, 800)}) {
+        chart.setFrameSize(frame);
+        TextNotes notes(frame);
+        QPainter painter(&notes);
+        chart.paint(painter, 1);
+        painter.end();
+        std::set<int> tickSizes;
+        for (auto text = notes.sizes.cbegin(); text != notes.sizes.cend(); ++text)
+            if (text.key().front().isDigit())
+                tickSizes.insert(text.value());
+        QCOMPARE(tickSizes.size(), 1U);
+        QVERIFY(notes.sizes.contains(QStringLiteral("130k")));
+        const QList<int> sizes = notes.sizes.values(titles.first()); // in the legend, at the bar
+        QCOMPARE(sizes.size(), 2);
+        QCOMPARE(notes.sizes.values(titles.last()), sizes);
+    }
+}
+
 void PlotTest::growsFromZero()
 {
     NotingItem item;
@@ -203,8 +308,11 @@ void PlotTest::growsFromZero()
 void PlotTest::followsItsView()
 {
     auto item = std::make_unique<NotingItem>();
+    PlotView former;
     PlotView view;
+    item->renderInView(&former, {}, true);
     item->renderInView(&view, {}, true);
+    QVERIFY(!former.plotItem() && view.plotItem() == item.get());
     item.reset();
     QVERIFY(!view.plotItem());
     view.grab(); // paints nothing, and does not crash

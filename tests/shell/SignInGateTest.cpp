@@ -25,12 +25,13 @@
 
 namespace {
 
-void publish(const char *title, const char *country, const char *issuedTime,
+void publish(const char *title, const char *continent, const char *country, const char *issuedTime,
              const char *isEnabled = "1")
 {
     NotificationJson notification;
     notification.Title = QLatin1StringView(title);
     notification.Body = QStringLiteral("body");
+    notification.BusinessContinent = QLatin1StringView(continent);
     notification.Country = QLatin1StringView(country);
     notification.IssuedTime = QLatin1StringView(issuedTime);
     notification.IsEnabled = QLatin1StringView(isEnabled);
@@ -159,10 +160,10 @@ void SignInGateTest::damagedSessionIsCleared()
 void SignInGateTest::notificationsPopUpOnce()
 {
     makeCompany(QStringLiteral("anna"), QStringLiteral("Europe"), QStringLiteral("France"));
-    publish("older", "", "2016-9-30 9:0:0");
-    publish("newer", "France", "2016-10-1 9:0:0");
-    publish("elsewhere", "China", "2016-10-2 9:0:0");
-    publish("withdrawn", "", "2016-10-3 9:0:0", "0");
+    publish("older", "", "", "2016-9-30 9:0:0");
+    publish("newer", "Europe", "France", "2016-10-1 9:0:0");
+    publish("elsewhere", "", "China", "2016-10-2 9:0:0");
+    publish("withdrawn", "", "", "2016-10-3 9:0:0", "0");
     signIn("root");
     show();
     QTRY_COMPARE(list()->topLevelItemCount(), 1);
@@ -183,12 +184,14 @@ void SignInGateTest::eachUserHasItsOwnPopUps()
         makeCompany(QStringLiteral("anna"), QStringLiteral("Europe"), QStringLiteral("France"));
     const QVariantMap bert = makeCompany(QStringLiteral("bert"));
     const QVariantMap carl = makeCompany(QStringLiteral("carl"), {}, QStringLiteral("France"));
-    publish("all", "", "2016-9-30 9:0:0");
-    publish("france", "France", "2016-10-1 9:0:0");
-    const QStringList both{QStringLiteral("france"), QStringLiteral("all")};
+    publish("all", "", "", "2016-9-30 9:0:0");
+    publish("france", "", "France", "2016-10-1 9:0:0");
+    publish("europe", "Europe", "", "2016-10-2 9:0:0");
+    publish("asia", "Asia Pacific", "", "2016-10-3 9:0:0");
     for (const auto &[user, titles] :
-         {std::pair(anna, both), std::pair(bert, QStringList{"all"}),
-          std::pair(anna, QStringList()), std::pair(carl, both), std::pair(bert, QStringList())}) {
+         {std::pair(anna, QStringList{"europe", "france", "all"}),
+          std::pair(bert, QStringList{"all"}), std::pair(anna, QStringList()),
+          std::pair(carl, QStringList{"france", "all"}), std::pair(bert, QStringList())}) {
         Session::setLoggedUserDict(user);
         AlertRecorder alerts;
         for (const QString &title : titles)
@@ -196,7 +199,7 @@ void SignInGateTest::eachUserHasItsOwnPopUps()
         NotificationPopUps::showNotification();
         QVERIFY(alerts.isDone());
     }
-    QCOMPARE(BLSyncNotificationReadStatus().getCount(QStringLiteral("IsRead=1")), 5);
+    QCOMPARE(BLSyncNotificationReadStatus().getCount(QStringLiteral("IsRead=1")), 6);
 }
 
 void SignInGateTest::runOnDatabase(const char *statement) const
@@ -215,7 +218,7 @@ void SignInGateTest::runOnDatabase(const char *statement) const
 void SignInGateTest::popUpThatCannotBeMarkedComesAgain()
 {
     Session::setLoggedUserDict(makeCompany(QStringLiteral("anna")));
-    publish("all", "", "2016-9-30 9:0:0");
+    publish("all", "", "", "2016-9-30 9:0:0");
     runOnDatabase("CREATE TRIGGER refuse BEFORE INSERT ON NotificationReadStatus "
                   "BEGIN SELECT RAISE(ABORT, 'no'); END");
     AlertRecorder alerts;

@@ -20,6 +20,12 @@ RecordTable::RecordTable(QWidget *parent)
     connect(this, &QTableWidget::cellDoubleClicked, this, &RecordTable::openRequested);
 }
 
+void RecordTable::setIdentifiers(const QStringList &identifiers)
+{
+    for (int column = 0; column < columnCount(); ++column)
+        horizontalHeaderItem(column)->setData(Qt::UserRole, identifiers.value(column));
+}
+
 void RecordTable::setRows(const QList<QStringList> &rows)
 {
     clearContents();

@@ -10,6 +10,8 @@ class RecordTable : public QTableWidget
 public:
     explicit RecordTable(QWidget *parent = nullptr);
 
+    // What the columns are called in any language: the data of their headers.
+    void setIdentifiers(const QStringList &identifiers);
     // One text a column; none is selected then.
     void setRows(const QList<QStringList> &rows);
     [[nodiscard]] int selectedRow() const; // -1 without one

@@ -109,7 +109,7 @@ struct Bounds
 {
     std::optional<int> wholeTime; // ms
     std::optional<qint64> size;   // bytes of the reply
-    bool needsLength = false;     // whether a reply that just ends counts as cut short
+    bool needsLength = false;     // whether a reply that announces none counts as cut short
 };
 
 // Passes the reply's body on; says whether it came whole.
@@ -154,13 +154,14 @@ private:
                || (error >= QNetworkReply::ProtocolUnknownError
                    && error <= QNetworkReply::ProtocolFailure);
     }
-    // A body with neither a length nor chunks ends where the connection does, for whatever reason.
+    // A body without a length ends where the connection does, for whatever reason. One in chunks
+    // would tell, but the network library at times takes the end of the connection for the last.
     [[nodiscard]] bool hasItsLength() const
     {
         const QVariant length = m_reply->header(QNetworkRequest::ContentLengthHeader);
         if (length.isValid())
             return length.toLongLong() == m_size;
-        return !m_bounds.needsLength || m_reply->hasRawHeader("Transfer-Encoding");
+        return !m_bounds.needsLength;
     }
     void goOn() { m_timer.start(ServiceCall::limits().silentTime); }
     void uploaded(qint64 bytesSent)

@@ -46,8 +46,8 @@ struct Limits
 // it was at the beginning.
 [[nodiscard]] std::optional<QByteArray> send(const QNetworkRequest &request, QFile &file);
 // A GET whose reply goes into the target. The number of bytes; null where they were cut short, or
-// cannot be told from a reply cut short, or the target does not take them, or they are more than
-// the longest. The target may then hold some.
+// the reply does not announce how many they are, or the target does not take them, or they are more
+// than the longest. The target may then hold some.
 [[nodiscard]] std::optional<qint64> fetch(const QUrl &url, QIODevice &target,
                                           std::optional<qint64> longest = {});
 

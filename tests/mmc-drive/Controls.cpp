@@ -80,7 +80,7 @@ int Controls::openDrive(int flags) const
         return -1;
     }
     const int file = system::open(m_folder + "state", O_RDWR | (flags & O_CLOEXEC), 0);
-    if (file >= 0 && (flags & O_EXCL) && flock(file, LOCK_EX | LOCK_NB) != 0) {
+    if (file >= 0 && (flags & O_EXCL) && (fault("busy") || flock(file, LOCK_EX | LOCK_NB) != 0)) {
         close(file);
         errno = EBUSY;
         return -1;
@@ -91,9 +91,9 @@ int Controls::openDrive(int flags) const
 bool Controls::isGone()
 {
     const std::optional<long> gone = fault("gone");
-    if (!gone)
+    if (!gone && !fault("gone-reading"))
         m_registers->lost = false;
-    return gone && (*gone < 0 || m_registers->lost);
+    return m_registers->lost || (gone && *gone < 0);
 }
 
 void Controls::takeInsertions()

@@ -266,16 +266,16 @@ int Drive::blockSizeAt(int block) const
 
 Sense Drive::checkFaults(int block, int count)
 {
-    if (m_controls.isFaulty("gone", block, count)) {
-        m_registers.lost = true;
-        m_controls.announce();
-    }
     if (m_controls.isFaulty("pull-out", block, count)) {
         m_medium = {};
         m_controls.announce();
         return noMedium;
     }
     const bool writing = byte(0) == 0x2a || byte(0) == 0xaa;
+    if (m_controls.isFaulty(writing ? "gone" : "gone-reading", block, count)) {
+        m_registers.lost = true;
+        m_controls.announce();
+    }
     if (m_controls.isFaulty(writing ? "write-error" : "read-error", block, count))
         return writing ? Sense{3, 0x0c, 0} : Sense{3, 0x11, 5};
     return {};

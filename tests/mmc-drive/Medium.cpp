@@ -39,6 +39,11 @@ void Medium::insert(const MediumKind &kind, int blocks)
     kindNumber = static_cast<int>(&kind - kinds.data()) + 1;
     capacity = blocks > 0 ? blocks : kind.capacity;
     blank();
+    if (kind.profile == CdRom) { // a pressed disc of some length
+        constexpr std::uint8_t data = 4;
+        addTrack(0, data).blocks = 300;
+        closeSession(false);
+    }
 }
 
 void Medium::blank()

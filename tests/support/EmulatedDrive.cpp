@@ -38,6 +38,11 @@ void EmulatedDrive::store(const QString &name, const QString &text) const
         qFatal("%s", qPrintable(path));
 }
 
+bool EmulatedDrive::isInserting() const
+{
+    return QFile::exists(m_folder.filePath(QStringLiteral("insert")));
+}
+
 QByteArray EmulatedDrive::read(const QString &name, qint64 offset, qint64 size) const
 {
     QFile file(m_folder.filePath(name));

@@ -15,6 +15,7 @@ public:
 
     // Puts in a medium: "cd-rw", "bd-re 20000 unformatted", "none".
     void insert(const QString &medium) const { store(QStringLiteral("insert"), medium); }
+    [[nodiscard]] bool isInserting() const; // not yet taken by the drive
     void setFaults(const QString &faults) const { store(QStringLiteral("faults"), faults); }
 
     // Has commands noted from now on; those noted since, each as hexadecimal bytes.

@@ -1,16 +1,15 @@
 #include "VirtualDrive.h"
 
 #include <QDir>
-#include <QFile>
 
 VirtualDrive::VirtualDrive()
 {
-    auto recorder = VirtualRecorder::create(
-        m_folder.filePath(QStringLiteral("maplorn-disc/recorders/virtual")));
+    auto recorder =
+        VirtualRecorder::create(folder() + QStringLiteral("/maplorn-disc/recorders/virtual"));
     if (!recorder)
         qFatal("%s", qPrintable(recorder.error()));
     m_recorder = recorder.value();
-    m_watch = std::make_unique<VirtualRecorderWatch>(m_service, m_recorder);
+    m_watch = std::make_unique<VirtualRecorderWatch>(service(), m_recorder);
 }
 
 QString VirtualDrive::mediumFile(const QString &name) const
@@ -39,31 +38,12 @@ void VirtualDrive::setCapacity(qint64 capacity)
         qFatal("%s", qPrintable(stored.error()));
 }
 
-QString VirtualDrive::makeSource(const QString &name, qint64 size) const
+QByteArray VirtualDrive::burnedData(qint64 bytes) const
 {
-    QByteArray content(size, Qt::Uninitialized);
-    for (qsizetype i = 0; i < size; ++i)
-        content[i] = static_cast<char>(1 + i % 251); // a prime, so that no two blocks are alike
-    return storeSource(name, content);
+    return fileContent(mediumFile(QStringLiteral("disc.iso"))).first(bytes);
 }
 
-QString VirtualDrive::storeSource(const QString &name, const QByteArray &content) const
+QByteArray VirtualDrive::burnedAudio() const
 {
-    QString path = sourcePath(name);
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
-        qFatal("%s: %s", qPrintable(path), qPrintable(file.errorString()));
-    return path;
-}
-
-QString VirtualDrive::sourcePath(const QString &name) const
-{
-    return m_folder.filePath(QStringLiteral("source/") + name);
-}
-
-QByteArray fileContent(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return fileContent(mediumFile(QStringLiteral("disc.bin")));
 }

@@ -91,7 +91,7 @@ int Controls::openDrive(int flags) const
 bool Controls::isGone()
 {
     const std::optional<long> gone = fault("gone");
-    if (!gone && !fault("gone-reading"))
+    if (!gone && !fault("gone-reading") && !fault("gone-after"))
         m_registers->lost = false;
     return m_registers->lost || (gone && *gone < 0);
 }

@@ -99,6 +99,8 @@ Sense Drive::run()
     m_controls.takeInsertions();
     if (m_controls.fault("refuse") == static_cast<long>(byte(0)))
         return {5, 0x20, 0};
+    if (m_controls.fault("gone-after") == static_cast<long>(byte(0)))
+        lose();
     const Sense ready = checkReady();
     return ready.key == 0 ? dispatch() : ready;
 }
@@ -264,6 +266,12 @@ int Drive::blockSizeAt(int block) const
     return size;
 }
 
+void Drive::lose()
+{
+    m_registers.lost = true;
+    m_controls.announce();
+}
+
 Sense Drive::checkFaults(int block, int count)
 {
     if (m_controls.isFaulty("pull-out", block, count)) {
@@ -272,10 +280,8 @@ Sense Drive::checkFaults(int block, int count)
         return noMedium;
     }
     const bool writing = byte(0) == 0x2a || byte(0) == 0xaa;
-    if (m_controls.isFaulty(writing ? "gone" : "gone-reading", block, count)) {
-        m_registers.lost = true;
-        m_controls.announce();
-    }
+    if (m_controls.isFaulty(writing ? "gone" : "gone-reading", block, count))
+        lose();
     if (m_controls.isFaulty(writing ? "write-error" : "read-error", block, count))
         return writing ? Sense{3, 0x0c, 0} : Sense{3, 0x11, 5};
     return {};

@@ -64,6 +64,7 @@ private:
     [[nodiscard]] Sense checkFaults(int block, int count);
     [[nodiscard]] bool isSessionAtOnce() const;
     [[nodiscard]] int blockSizeAt(int block) const; // of a session written by its cue sheet
+    void lose();
     void busyFor(int milliseconds);
     void pace(std::size_t bytes);
 

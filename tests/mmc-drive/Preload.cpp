@@ -139,7 +139,11 @@ int control(Controls &controls, unsigned long request, void *argument)
         *static_cast<int *>(argument) = 0;
         return 0; // SCSI_IOCTL_GET_BUS_NUMBER
     case CDROM_DRIVE_STATUS:
-        return controls.registers().trayOpen ? CDS_TRAY_OPEN : CDS_DISC_OK;
+        controls.takeInsertions();
+        return controls.registers().trayOpen             ? CDS_TRAY_OPEN
+               : controls.secondsOf("not-ready")         ? CDS_DRIVE_NOT_READY
+               : controls.registers().medium.isPresent() ? CDS_DISC_OK
+                                                         : CDS_NO_DISC;
     default:
         errno = ENOTTY;
         return -1;

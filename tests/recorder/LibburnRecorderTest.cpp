@@ -7,6 +7,8 @@
 #include "RealDrive.h"
 #include "TestMain.h"
 
+#include <QRegularExpression>
+
 class LibburnRecorderTest : public QObject
 {
     Q_OBJECT
@@ -27,6 +29,8 @@ private Q_SLOTS:
     void faults();
     void cancelled_data();
     void cancelled();
+    void waitsForTheMedium();
+    void unpluggedWhileErasing();
     void comesAndGoes();
 
 private:
@@ -134,12 +138,10 @@ void LibburnRecorderTest::burnsData()
             == fileContent(m_drive->sourcePath(QStringLiteral("image.iso"))));
     QVERIFY(!m_drive->device().mediaIsBlank());
     QCOMPARE(m_drive->device().mediaIsAppendable(), appendable);
-    if (type == DRDeviceMediaTypeCDRW) {
-        QVERIFY(m_drive->device().mediaIsErasable());
-        const QStringList speeds =
-            m_drive->emulated().commands().filter(QStringLiteral("bb 00 ff ff 05 80"));
-        QVERIFY(!speeds.isEmpty());
-    }
+    if (type != DRDeviceMediaTypeCDRW)
+        return;
+    const QRegularExpression setSpeed(QStringLiteral("^bb 00 .. .. 05 80"));
+    QVERIFY(!m_drive->emulated().commands().filter(setSpeed).isEmpty());
 }
 
 void LibburnRecorderTest::burnsAudio()
@@ -206,6 +208,9 @@ void LibburnRecorderTest::refusals_data()
     QTest::newRow("unplugged") << "cd-r"
                                << "gone"
                                << "not attached any more";
+    QTest::newRow("spun up for long") << "cd-r"
+                                      << "not-ready 600"
+                                      << "does not get its medium ready";
 }
 
 void LibburnRecorderTest::refusals()
@@ -280,6 +285,22 @@ void LibburnRecorderTest::cancelled()
     QCOMPARE(burned.error(), QStringLiteral("The job was cancelled."));
     QCOMPARE(run.states().last(), state);
     QCOMPARE(m_drive->device().mediaIsBlank(), state == DRStatusStateSessionOpen);
+}
+
+void LibburnRecorderTest::waitsForTheMedium()
+{
+    m_drive->emulated().setFaults(QStringLiteral("not-ready 3"));
+    const Result<> burned = burn(imageOf(500 * blockSize));
+    QVERIFY2(burned, qPrintable(burned.error()));
+}
+
+void LibburnRecorderTest::unpluggedWhileErasing()
+{
+    BurnRun run;
+    m_drive->emulated().setFaults(QStringLiteral("gone-after 0xa1"));
+    const Result<> erased = erase(run, EraseType::Complete);
+    QVERIFY2(erased.error().contains(QStringLiteral("disconnected")), qPrintable(erased.error()));
+    QTRY_VERIFY(!m_drive->device().isValid());
 }
 
 void LibburnRecorderTest::comesAndGoes()

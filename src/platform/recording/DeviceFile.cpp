@@ -1,5 +1,6 @@
 #include "DeviceFile.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 
@@ -8,6 +9,7 @@
 #include <linux/cdrom.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -89,4 +91,22 @@ DeviceFile::Tray DeviceFile::tray() const
     default:
         return Tray::Unknown;
     }
+}
+
+// libburn repeats each command for minutes while the drive is not ready.
+Result<> DeviceFile::waitUntilReady(const std::stop_token &stop) const
+{
+    constexpr qint64 patience = 30000; // ms; twice what a slow drive takes
+    constexpr std::chrono::milliseconds lookEvery(250);
+    QElapsedTimer waited;
+    waited.start();
+    while (tray() == Tray::SpinningUp) {
+        if (stop.stop_requested())
+            return Failure{QStringLiteral("The job was cancelled.")};
+        if (waited.hasExpired(patience))
+            return Failure{QStringLiteral("The recorder does not get its medium ready. Take the "
+                                          "medium out, clean it, and try again.")};
+        std::this_thread::sleep_for(lookEvery);
+    }
+    return Done{};
 }

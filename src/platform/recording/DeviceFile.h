@@ -4,6 +4,8 @@
 
 #include "Result.h"
 
+#include <stop_token>
+
 class DeviceFile
 {
 public:
@@ -20,8 +22,12 @@ public:
     // the system for the exclusive use of the drive and lets go of it again.
     [[nodiscard]] Result<> checkUsable() const;
 
+    // What the system knows of the tray and the medium in it; never of a drive that burns.
     enum class Tray { Unknown, Open, Empty, SpinningUp, Closed };
     [[nodiscard]] Tray tray() const;
+
+    // Waits for a medium that is being spun up, but not for ever. Fails when stopped, too.
+    [[nodiscard]] Result<> waitUntilReady(const std::stop_token &stop) const;
 
 private:
     [[nodiscard]] Failure noPermission() const;

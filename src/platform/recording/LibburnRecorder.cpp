@@ -54,21 +54,24 @@ public:
     Job &operator=(const Job &) = delete;
 
     // The drive with a medium in it.
-    [[nodiscard]] Result<std::shared_ptr<LibburnDrive>> drive()
+    [[nodiscard]] Result<std::shared_ptr<LibburnDrive>> drive(const std::stop_token &stop)
     {
         if (!m_granted)
             return Failure{QStringLiteral("The recorder is in use by another program.")};
+        // Why it cannot be used says more than that it is not ready.
+        Result<> ready = m_recorder.m_file.checkUsable();
+        if (ready)
+            ready = m_recorder.m_file.waitUntilReady(stop);
+        if (!ready)
+            return ready.failure();
         const Result<std::shared_ptr<LibburnDrive>> opened = LibburnDrive::open(m_recorder.m_file);
         if (!opened)
             return opened.failure();
         m_drive = opened.value();
         m_recorder.learn(*m_drive, DeviceFile::Tray::Closed);
-        if (m_recorder.known().medium)
-            return m_drive;
-        const bool spinning = m_recorder.m_file.tray() == DeviceFile::Tray::SpinningUp;
-        return Failure{spinning ? QStringLiteral("The recorder is still making its medium ready. "
-                                                 "Wait until it has, and try again.")
-                                : QStringLiteral("There is no medium in the recorder.")};
+        if (!m_recorder.known().medium)
+            return Failure{QStringLiteral("There is no medium in the recorder.")};
+        return m_drive;
     }
 
 private:
@@ -91,7 +94,12 @@ LibburnRecorder::LibburnRecorder(const QString &devicePath, const QString &syste
 
 bool LibburnRecorder::lock()
 {
-    return m_lock.acquire() && (m_holdsDrive || m_file.checkUsable());
+    if (!m_lock.acquire())
+        return false;
+    const bool usable = m_holdsDrive || m_file.checkUsable();
+    if (!usable)
+        m_lock.release();
+    return usable;
 }
 
 LibburnRecorder::Known LibburnRecorder::known() const
@@ -120,6 +128,8 @@ void LibburnRecorder::refresh()
     m_holdsDrive = true;
     const auto done = qScopeGuard([this] { m_holdsDrive = false; });
     const DeviceFile::Tray tray = m_file.tray();
+    if (tray == DeviceFile::Tray::SpinningUp)
+        return forgetMedium(tray); // it is asked when it is ready
     const Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);
     if (drive)
         learn(*drive.value(), tray);
@@ -164,7 +174,7 @@ QVariantMap LibburnRecorder::status() const
 Result<> LibburnRecorder::burn(const BurnRequest &request, JobReport &report)
 {
     Job job(*this);
-    const Result<std::shared_ptr<LibburnDrive>> drive = job.drive();
+    const Result<std::shared_ptr<LibburnDrive>> drive = job.drive(report.stopToken());
     return drive ? burnOn(*drive.value(), request, report) : drive.failure();
 }
 
@@ -186,7 +196,7 @@ Result<> LibburnRecorder::burnOn(LibburnDrive &drive, const BurnRequest &request
 Result<> LibburnRecorder::erase(EraseType type, JobReport &report)
 {
     Job job(*this);
-    const Result<std::shared_ptr<LibburnDrive>> drive = job.drive();
+    const Result<std::shared_ptr<LibburnDrive>> drive = job.drive(report.stopToken());
     if (!drive)
         return drive.failure();
     if (!known().medium.value_or(MediumDescription()).erasable)
@@ -201,7 +211,7 @@ Result<> LibburnRecorder::eject()
 {
     if (m_jobRuns || isReserved())
         return Failure{QStringLiteral("A job is running on the recorder.")};
-    if (const Result<> usable = m_file.checkUsable(); !usable && !m_holdsDrive)
+    if (const Result<> usable = m_file.checkUsable(); !m_holdsDrive && !usable)
         return usable;
     m_thread->post([this](const std::stop_token &) {
         const Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);

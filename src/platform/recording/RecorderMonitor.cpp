@@ -3,10 +3,14 @@
 #include "RecordingService.h"
 
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <libudev.h>
 
 namespace {
+
+// No event tells that a medium has been spun up.
+constexpr std::chrono::seconds lookAgainAfter(1);
 
 struct Unref
 {
@@ -92,7 +96,8 @@ void RecorderMonitor::add(udev_device *device)
     const QString path = text(udev_device_get_devnode(device));
     if (path.isEmpty() || m_recorders.contains(path))
         return;
-    const QString model = propertyOf(device, "ID_MODEL").replace(QLatin1Char('_'), QLatin1Char(' '));
+    const QString model =
+        propertyOf(device, "ID_MODEL").replace(QLatin1Char('_'), QLatin1Char(' '));
     const auto recorder = std::make_shared<LibburnRecorder>(
         path, text(udev_device_get_syspath(device)), model.isEmpty() ? path : model, m_thread);
     m_recorders.insert(path, recorder);
@@ -130,4 +135,9 @@ void RecorderMonitor::show(const std::shared_ptr<LibburnRecorder> &recorder)
         m_service.statusChanged(recorder);
     else
         m_service.attach(recorder);
+    if (DRDevice(recorder).mediaIsTransitioning())
+        QTimer::singleShot(lookAgainAfter, this, [this, recorder] {
+            if (m_recorders.value(recorder->devicePath()) == recorder && !recorder->isAtWork())
+                refresh(recorder);
+        });
 }

@@ -205,8 +205,11 @@ void Drive::busyFor(int milliseconds)
 
 void Drive::pace(std::size_t bytes)
 {
-    if (const auto speed = m_controls.fault("pace"); speed && *speed > 0)
-        usleep(static_cast<useconds_t>(bytes * 1000 / static_cast<std::size_t>(*speed)));
+    const auto ordered = m_controls.fault("pace");
+    if (!ordered)
+        return;
+    const long speed = *ordered > 0 ? *ordered : m_registers.writeSpeed;
+    usleep(static_cast<useconds_t>(bytes * 1000 / static_cast<std::size_t>(std::max(speed, 1L))));
 }
 
 bool Drive::isSessionAtOnce() const

@@ -2,6 +2,7 @@
 
 #include "DRKeys.h"
 #include "MediaTypes.h"
+#include "VirtualDrive.h"
 
 #include <QTest>
 
@@ -86,4 +87,27 @@ QByteArray RealDrive::burnedData(qint64 bytes) const
 QByteArray RealDrive::burnedAudio() const
 {
     return m_emulated.sectors(0, m_device.mediaSpaceUsed().value_or(DRMSF()).blocks());
+}
+
+bool RealDrive::takes(const QString &type) const
+{
+    return type == DRDeviceMediaTypeCDR || type == DRDeviceMediaTypeCDRW
+           || type == DRDeviceMediaTypeDVDPlusRW || type == DRDeviceMediaTypeBDRE;
+}
+
+void RealDrive::holdElsewhere(bool held)
+{
+    m_emulated.setFaults(held ? QStringLiteral("busy") : QString());
+}
+
+bool RealDrive::isHeld() const
+{
+    return !DeviceFile(recorder().devicePath()).checkUsable();
+}
+
+std::unique_ptr<TestDrive> makeTestDrive()
+{
+    if (qgetenv("MAPLORN_TEST_DRIVE") == "real")
+        return std::make_unique<RealDrive>();
+    return std::make_unique<VirtualDrive>();
 }

@@ -18,6 +18,10 @@ public:
     [[nodiscard]] DRDevice device() const override { return m_device; }
 
     void insert(const QString &type, qint64 capacity = 0) override;
+    [[nodiscard]] bool takes(const QString &type) const override;
+    void keepToSpeed() override { m_emulated.setFaults(QStringLiteral("pace 0")); }
+    void holdElsewhere(bool held) override;
+    [[nodiscard]] bool isHeld() const override;
     void detach() override;
 
     // Does it on the recorder's own thread, after what is done there now, and waits for its end.
@@ -26,6 +30,7 @@ public:
 
     [[nodiscard]] QByteArray burnedData(qint64 bytes) const override;
     [[nodiscard]] QByteArray burnedAudio() const override;
+    [[nodiscard]] QByteArray burnedPacks() const override { return m_emulated.packs(); }
 
 private:
     void awaitDevice();
@@ -34,3 +39,6 @@ private:
     std::unique_ptr<RecorderMonitor> m_monitor;
     DRDevice m_device;
 };
+
+// The drive of the tests that run with either kind: real where MAPLORN_TEST_DRIVE says so.
+[[nodiscard]] std::unique_ptr<TestDrive> makeTestDrive();

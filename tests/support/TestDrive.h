@@ -24,9 +24,20 @@ public:
     virtual void detach() = 0;
     virtual void attach() = 0;
 
+    // Whether such media can be put in.
+    [[nodiscard]] virtual bool takes(const QString &type) const = 0;
+
+    // Writes no faster than asked for: a burn that is to be stepped into.
+    virtual void keepToSpeed() {}
+
+    // Another program takes the recorder, or gives it back.
+    virtual void holdElsewhere(bool held) = 0;
+    [[nodiscard]] virtual bool isHeld() const = 0; // by this program or another
+
     // What was burned, from block 0: that many bytes of data, or of sectors of an audio disc.
     [[nodiscard]] virtual QByteArray burnedData(qint64 bytes) const = 0;
     [[nodiscard]] virtual QByteArray burnedAudio() const = 0;
+    [[nodiscard]] virtual QByteArray burnedPacks() const = 0; // of CD-Text, 18 bytes each
 
     // A file to burn, of that many bytes, none of them zero, in a folder kept for such. The result
     // is its path.

@@ -47,3 +47,23 @@ QByteArray VirtualDrive::burnedAudio() const
 {
     return fileContent(mediumFile(QStringLiteral("disc.bin")));
 }
+
+QByteArray VirtualDrive::burnedPacks() const
+{
+    return fileContent(mediumFile(QStringLiteral("disc.cdt"))).chopped(1);
+}
+
+void VirtualDrive::holdElsewhere(bool held)
+{
+    m_otherProgram.reset();
+    if (!held)
+        return;
+    m_otherProgram = std::make_unique<RecorderLock>(m_recorder->folder() + QStringLiteral("/lock"));
+    if (!m_otherProgram->acquire())
+        qFatal("the recorder is in use already");
+}
+
+bool VirtualDrive::isHeld() const
+{
+    return RecorderLock::isHeldElsewhere(m_recorder->folder() + QStringLiteral("/lock"));
+}

@@ -26,13 +26,18 @@ public:
     // Gives the medium in the recorder another capacity, in blocks.
     void setCapacity(qint64 capacity);
 
+    [[nodiscard]] bool takes(const QString &) const override { return true; }
+    void holdElsewhere(bool held) override;
+    [[nodiscard]] bool isHeld() const override;
     void detach() override { service().detach(m_recorder); }
     void attach() override { service().attach(m_recorder); }
 
     [[nodiscard]] QByteArray burnedData(qint64 bytes) const override;
     [[nodiscard]] QByteArray burnedAudio() const override;
+    [[nodiscard]] QByteArray burnedPacks() const override;
 
 private:
     std::shared_ptr<VirtualRecorder> m_recorder;
     std::unique_ptr<VirtualRecorderWatch> m_watch;
+    std::unique_ptr<RecorderLock> m_otherProgram;
 };

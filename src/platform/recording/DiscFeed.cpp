@@ -55,8 +55,8 @@ private:
 struct TrackSource
 {
     SectorQueue *queue;
-    qint64 size;
-    qint64 left;
+    qint64 size; // bytes, filled up
+    qint64 left; // bytes that are not zeros at the end
 };
 
 TrackSource &trackSource(burn::burn_source *source)
@@ -69,8 +69,11 @@ int readTrack(burn::burn_source *source, unsigned char *buffer, int size)
     TrackSource &track = trackSource(source);
     const qint64 count = std::min<qint64>(size, track.left);
     const qint64 got = count > 0 ? track.queue->take(reinterpret_cast<char *>(buffer), count) : 0;
-    track.left -= std::max<qint64>(got, 0);
-    return static_cast<int>(got);
+    if (got < count)
+        return -1;
+    track.left -= got;
+    std::fill(buffer + got, buffer + size, '\0');
+    return size;
 }
 
 off_t sizeOfTrack(burn::burn_source *source)
@@ -90,8 +93,9 @@ void freeTrack(burn::burn_source *source)
 
 }
 
-DiscFeed::DiscFeed(const DiscLayout &layout, const std::stop_token &stop)
+DiscFeed::DiscFeed(const DiscLayout &layout, qint64 shortestTrack, const std::stop_token &stop)
     : m_layout(layout)
+    , m_shortestTrack(shortestTrack)
     , m_queue(reserve)
     , m_thread([this, stop] { m_queue.end(m_layout.isAudio() ? feedAudio(stop) : feedData()); })
 {
@@ -111,12 +115,20 @@ Result<> DiscFeed::feedData()
 Result<> DiscFeed::feedAudio(const std::stop_token &stop)
 {
     PcmReader reader(m_layout.audioTracks(), stop);
+    const QByteArray silence(sectorSize, '\0');
+    qint64 sectors = 0; // of the track
     for (qsizetype left = m_layout.audioTracks().size(); left > 0;) {
         const Result<QByteArray> chunk = reader.next();
         if (!chunk)
             return chunk.failure();
-        if (chunk.value().isEmpty())
+        if (chunk.value().isEmpty()) {
+            for (; sectors < m_shortestTrack; ++sectors)
+                remember(silence);
+            sectors = 0;
             --left;
+            continue;
+        }
+        sectors += chunk.value().size() / sectorSize;
         remember(chunk.value());
         if (!m_queue.put(chunk.value().constData(), chunk.value().size()))
             return noLongerWanted;
@@ -145,7 +157,12 @@ std::size_t DiscFeed::digestOf(const char *sector)
     return qHashBits(sector, sectorSize);
 }
 
-burn::burn_source *DiscFeed::sourceOf(qint64 bytes)
+qint64 DiscFeed::blockSize() const
+{
+    return m_layout.isAudio() ? sectorSize : TrackContent::blockSize;
+}
+
+burn::burn_source *DiscFeed::sourceOf(qint64 blocks)
 {
     // libburn releases it with free().
     auto *source = static_cast<burn::burn_source *>(std::calloc(1, sizeof(burn::burn_source)));
@@ -156,6 +173,7 @@ burn::burn_source *DiscFeed::sourceOf(qint64 bytes)
     source->get_size = sizeOfTrack;
     source->set_size = keepSize;
     source->free_data = freeTrack;
-    source->data = new TrackSource{&m_queue, bytes, bytes};
+    source->data = new TrackSource{&m_queue, std::max(blocks, m_shortestTrack) * blockSize(),
+                                   blocks * blockSize()};
     return source;
 }

@@ -16,17 +16,21 @@ struct burn_source;
 class DiscFeed
 {
 public:
-    // Begins to read. The stop token ends it.
-    DiscFeed(const DiscLayout &layout, const std::stop_token &stop);
+    // Begins to read. Tracks that are shorter than that many blocks are filled up with zeros. The
+    // stop token ends it.
+    DiscFeed(const DiscLayout &layout, qint64 shortestTrack, const std::stop_token &stop);
     ~DiscFeed();
     DiscFeed(const DiscFeed &) = delete;
     DiscFeed &operator=(const DiscFeed &) = delete;
 
     [[nodiscard]] SectorQueue &queue() { return m_queue; }
 
-    // The source of the next track of that many bytes; null without memory. It belongs to the
-    // caller, and the feed must outlive it.
-    [[nodiscard]] burn::burn_source *sourceOf(qint64 bytes);
+    // The source of the next track, which has that many blocks; null without memory. It belongs to
+    // the caller, and the feed must outlive it.
+    [[nodiscard]] burn::burn_source *sourceOf(qint64 blocks);
+
+    // Bytes of a block of this disc.
+    [[nodiscard]] qint64 blockSize() const;
 
     // Of an audio disc, once all of it was taken: a digest a sector, and the samples of two
     // neighbouring sectors that are not silent, with the number of the first.
@@ -42,6 +46,7 @@ private:
     void remember(const QByteArray &sectors);
 
     const DiscLayout &m_layout;
+    const qint64 m_shortestTrack; // blocks
     SectorQueue m_queue;
     std::vector<std::size_t> m_digests;
     QByteArray m_mark;

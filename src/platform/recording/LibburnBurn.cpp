@@ -30,11 +30,20 @@ constexpr std::array phases{DRStatusStateSessionOpen, DRStatusStateTrackOpen,
                             DRStatusStateSessionClose};
 enum Phase { SessionOpen, TrackOpen, TrackWrite, TrackClose, SessionClose };
 
-double singleSpeedOf(int profile)
+// Four seconds, IEC 60908. libburn announces as much to the drive and leaves the rest to its
+// caller.
+constexpr qint64 shortestCdTrack = 300;
+
+bool isCd(int profile)
 {
     constexpr int firstDvd = 0x10;
+    return profile < firstDvd;
+}
+
+double singleSpeedOf(int profile)
+{
     constexpr int firstBluRay = 0x40;
-    return profile < firstDvd ? 176.4 : profile < firstBluRay ? 1385.0 : 4495.625;
+    return isCd(profile) ? 176.4 : profile < firstBluRay ? 1385.0 : 4495.625;
 }
 
 Phase phaseOf(burn::burn_drive_status status, qint64 taken)
@@ -92,7 +101,7 @@ Result<> LibburnBurn::run()
 {
     if (Result<> formatted = formatIfNeeded(); !formatted)
         return formatted;
-    DiscFeed feed(m_layout, m_report.stopToken());
+    DiscFeed feed(m_layout, isCd(m_drive.profile()) ? shortestCdTrack : 0, m_report.stopToken());
     Disc disc(m_drive.handle());
     if (Result<> composed = compose(disc, feed); !composed)
         return composed;
@@ -122,8 +131,7 @@ Result<> LibburnBurn::compose(Disc &disc, DiscFeed &feed) const
         burn::burn_track *track = burn::burn_track_create();
         disc.tracks.append(track);
         burn::burn_track_define_data(track, 0, 0, 1, audio ? BURN_AUDIO : BURN_MODE1);
-        burn::burn_source *source =
-            feed.sourceOf(blocks * (audio ? AudioSource::sectorSize : TrackContent::blockSize));
+        burn::burn_source *source = feed.sourceOf(blocks);
         const bool set =
             source && burn::burn_track_set_source(track, source) == burn::BURN_SOURCE_OK;
         if (source)

@@ -11,56 +11,10 @@ namespace mmc {
 
 namespace {
 
-constexpr int dataBlock = 2048;
-constexpr int cdBlock = 2352; // also what each block of a CD takes in the file "blocks"
-constexpr int packBlock = 96; // of the lead-in: four packs, six bits a byte
+constexpr Sense wrongTrackMode{5, 0x64, 0};
 
 // Samples by which this drive, like most, begins to read audio too late; bytes.
 constexpr int readOffset = 6 * 4;
-
-// Write types of mode page 5.
-constexpr int trackAtOnce = 1;
-constexpr int sessionAtOnce = 2;
-
-constexpr Sense wrongSequence{5, 0x2c, 0};
-constexpr Sense wrongTrackMode{5, 0x64, 0};
-constexpr Sense wrongFormat{5, 0x30, 5};
-constexpr Sense endOfUserArea{5, 0x63, 0};
-
-struct CueEntry
-{
-    std::uint8_t controlAndAddress;
-    std::uint8_t track; // 0: lead-in, 0xaa: lead-out
-    std::uint8_t index;
-    std::uint8_t form;
-    std::uint8_t scms;
-    std::uint8_t minute;
-    std::uint8_t second;
-    std::uint8_t frame;
-
-    [[nodiscard]] bool isPosition() const { return (controlAndAddress & 0xf) == 1; }
-    [[nodiscard]] int block() const { return (minute * 60 + second) * 75 + frame - preGap; }
-    [[nodiscard]] int blockSize() const
-    {
-        const int main = (form & 0x3f) == 0x00   ? cdBlock
-                         : (form & 0x3f) == 0x10 ? dataBlock
-                         : (form & 0x3f) == 0x11 ? cdBlock
-                                                 : 0; // made by the drive
-        return main + ((form & 0xc0) != 0 ? packBlock : 0);
-    }
-};
-
-std::span<const CueEntry> cueEntries(const Registers &registers)
-{
-    return {reinterpret_cast<const CueEntry *>(registers.cueSheet),
-            static_cast<std::size_t>(registers.cueBytes) / sizeof(CueEntry)};
-}
-
-off_t positionOf(const Medium &medium, int block)
-{
-    return medium.isCd() ? static_cast<off_t>(block + preGap) * cdBlock
-                         : static_cast<off_t>(block) * dataBlock;
-}
 
 std::uint8_t decimal(int number)
 {
@@ -212,11 +166,6 @@ void Drive::pace(std::size_t bytes)
     usleep(static_cast<useconds_t>(bytes * 1000 / static_cast<std::size_t>(std::max(speed, 1L))));
 }
 
-bool Drive::isSessionAtOnce() const
-{
-    return (m_registers.writeParameters[2] & 0xf) == sessionAtOnce;
-}
-
 Sense Drive::modeSelect()
 {
     constexpr std::size_t header = 8;
@@ -245,34 +194,16 @@ Sense Drive::setSpeed()
     return {};
 }
 
-Sense Drive::sendCueSheet()
-{
-    if (!m_medium.isCd() || !m_medium.isWritable() || m_medium.closedSessions > 0)
-        return wrongFormat;
-    if (m_data.size() > sizeof m_registers.cueSheet || m_data.size() % sizeof(CueEntry) != 0)
-        return {5, 0x26, 0};
-    std::memcpy(m_registers.cueSheet, m_data.data(), m_data.size());
-    m_registers.cueBytes = static_cast<int>(m_data.size());
-    m_registers.nextBlock = -preGap;
-    const std::span<const CueEntry> entries = cueEntries(m_registers);
-    if (entries.size() < 3 || entries.back().track != 0xaa)
-        return {5, 0x26, 0};
-    return entries.back().block() > m_medium.capacity ? endOfUserArea : Sense();
-}
-
-int Drive::blockSizeAt(int block) const
-{
-    int size = 0;
-    for (const CueEntry &entry : cueEntries(m_registers))
-        if (entry.isPosition() && entry.track != 0 && entry.track != 0xaa && entry.block() <= block)
-            size = entry.blockSize();
-    return size;
-}
-
 void Drive::lose()
 {
     m_registers.lost = true;
     m_controls.announce();
+}
+
+off_t Drive::positionOf(int block) const
+{
+    return m_medium.isCd() ? static_cast<off_t>(block + preGap) * cdBlock
+                           : static_cast<off_t>(block) * dataBlock;
 }
 
 Sense Drive::checkFaults(int block, int count)
@@ -287,137 +218,6 @@ Sense Drive::checkFaults(int block, int count)
         lose();
     if (m_controls.isFaulty(writing ? "write-error" : "read-error", block, count))
         return writing ? Sense{3, 0x0c, 0} : Sense{3, 0x11, 5};
-    return {};
-}
-
-// A track that is written at once begins where the disc can be written next, and nowhere else.
-Sense Drive::openTrack(int block)
-{
-    if (m_medium.spoiled)
-        return wrongSequence;
-    if (block != m_medium.nextWritable())
-        return {5, 0x21, 2};
-    if (!m_medium.trackOpen)
-        m_medium.addTrack(block, m_registers.writeParameters[3] & 0xf);
-    m_medium.trackOpen = true;
-    return {};
-}
-
-Sense Drive::writeBlocks()
-{
-    const int block = four(2);
-    const int count = byte(0) == 0x2a ? static_cast<int>(two(7)) : four(6);
-    const bool overwrites = m_medium.kind().overwritable;
-    const bool session = m_medium.isCd() && isSessionAtOnce();
-    if (m_medium.profile() == CdRom || (overwrites ? !m_medium.formatted : m_medium.finalized))
-        return overwrites ? wrongFormat : endOfUserArea;
-    if (const Sense fault = checkFaults(block, count); fault.key != 0)
-        return fault;
-    if (block < -preGap)
-        return writePacks(count);
-    if (block + count > m_medium.capacity || (overwrites && block < 0))
-        return invalidAddress;
-    if (session && (m_registers.cueBytes == 0 || block != m_registers.nextBlock))
-        return m_registers.cueBytes == 0 ? wrongSequence : Sense{5, 0x21, 2};
-    if (m_medium.isCd() && !session)
-        if (const Sense opened = openTrack(block); opened.key != 0)
-            return opened;
-
-    if (session)
-        m_medium.spoiled = true; // until it is whole
-    std::size_t from = 0;
-    for (int i = 0; i < count; ++i) {
-        const int size = session ? blockSizeAt(block + i)
-                         : m_medium.isCd() && m_medium.tracks[m_medium.trackCount - 1].isAudio()
-                             ? cdBlock
-                             : dataBlock;
-        if (from + static_cast<std::size_t>(size) > m_data.size())
-            return invalidField;
-        std::uint8_t *bytes = m_data.data() + from;
-        if (m_controls.isFaulty("flip", block + i, 1))
-            bytes[0] ^= 1;
-        if (pwrite(m_controls.blocks(), bytes, static_cast<std::size_t>(size),
-                   positionOf(m_medium, block + i))
-            < 0)
-            return {3, 0x0c, 0};
-        from += static_cast<std::size_t>(size);
-    }
-    if (session)
-        m_registers.nextBlock = block + count;
-    else if (m_medium.isCd())
-        m_medium.tracks[m_medium.trackCount - 1].blocks += count;
-    pace(m_data.size());
-    return from == m_data.size() ? Sense() : invalidField;
-}
-
-// CD-Text is repeated all over the lead-in: each pack is kept once.
-Sense Drive::writePacks(int count)
-{
-    if (m_registers.cueBytes == 0)
-        return wrongSequence;
-    if (m_data.size() != static_cast<std::size_t>(count) * packBlock)
-        return invalidField;
-    m_medium.spoiled = true;
-    constexpr std::size_t codedPack = 24;
-    std::string kept = m_controls.packs();
-    const std::size_t before = kept.size();
-    for (std::size_t at = 0; at + codedPack <= m_data.size(); at += codedPack) {
-        std::string pack;
-        for (std::size_t i = at; i < at + codedPack; i += 4) {
-            const std::uint8_t *six = m_data.data() + i;
-            pack += static_cast<char>(six[0] << 2 | six[1] >> 4);
-            pack += static_cast<char>(six[1] << 4 | six[2] >> 2);
-            pack += static_cast<char>(six[2] << 6 | six[3]);
-        }
-        bool known = false;
-        for (std::size_t i = 0; i < kept.size() && !known; i += pack.size())
-            known = kept.compare(i, pack.size(), pack) == 0;
-        if (!known)
-            kept += pack;
-    }
-    m_controls.appendPacks(kept.substr(before));
-    return {};
-}
-
-void Drive::finishSession()
-{
-    const std::span<const CueEntry> entries = cueEntries(m_registers);
-    for (const CueEntry &entry : entries) {
-        if (!entry.isPosition() || entry.track == 0 || entry.index != 1)
-            continue;
-        if (m_medium.trackCount > 0) {
-            Track &before = m_medium.tracks[m_medium.trackCount - 1];
-            before.blocks = entry.block() - before.start;
-        }
-        if (entry.track != 0xaa)
-            m_medium.addTrack(entry.block(),
-                              static_cast<std::uint8_t>(entry.controlAndAddress >> 4));
-    }
-    m_medium.spoiled = false;
-    m_registers.cueBytes = 0;
-    m_medium.closeSession(m_registers.writeParameters[3] >> 6 == 3);
-}
-
-Sense Drive::synchronize()
-{
-    if (!m_medium.isCd())
-        return {};
-    if (m_registers.cueBytes > 0 && isSessionAtOnce()
-        && m_registers.nextBlock >= cueEntries(m_registers).back().block())
-        finishSession();
-    else if (m_medium.trackOpen)
-        m_medium.closeTrack();
-    return {};
-}
-
-Sense Drive::closeTrackOrSession()
-{
-    if (!m_medium.isCd())
-        return {};
-    if ((byte(2) & 7) == 1)
-        m_medium.closeTrack();
-    else if ((byte(2) & 7) == 2 && !m_medium.spoiled)
-        m_medium.closeSession(m_registers.writeParameters[3] >> 6 == 3);
     return {};
 }
 
@@ -442,7 +242,7 @@ Sense Drive::readBlocks(bool wholeSectors)
         if ((audio && !wholeSectors) || (expected != 0 && audio != (expected == 1)))
             return wrongTrackMode;
         std::uint8_t sector[cdBlock] = {};
-        const off_t offset = positionOf(m_medium, i) + (audio ? readOffset : 0);
+        const off_t offset = positionOf(i) + (audio ? readOffset : 0);
         if (pread(m_controls.blocks(), sector, audio ? cdBlock : dataBlock, offset) < 0)
             return {3, 0x11, 5};
         if (framed && !audio)

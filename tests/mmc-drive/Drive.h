@@ -31,13 +31,18 @@ private:
     [[nodiscard]] Sense checkReady();
     [[nodiscard]] Sense dispatch();
 
-    // What the drive tells: DriveReplies.cpp
+    // What the drive tells of itself: DriveReplies.cpp; of its disc: DiscReplies.cpp
     Sense inquiry();
     Sense getConfiguration();
     Sense modeSense();
     Sense readDiscInformation();
     Sense readTrackInformation();
     Sense readToc();
+    Sense readAtip();
+    Sense readPacks();
+    Sense readTracks();
+    Sense readLastSession();
+    Sense readLeadIn();
     Sense readFormatCapacities();
     Sense readCapacity();
     Sense readBufferCapacity();
@@ -48,20 +53,22 @@ private:
 
     // What the drive does: Drive.cpp
     Sense modeSelect();
-    Sense sendCueSheet();
-    Sense writeBlocks();
-    Sense writePacks(int count);
     Sense readBlocks(bool wholeSectors);
     Sense blank();
     Sense format();
-    Sense closeTrackOrSession();
-    Sense synchronize();
     Sense startStop();
     Sense setSpeed();
+    [[nodiscard]] Sense checkFaults(int block, int count);
+    [[nodiscard]] off_t positionOf(int block) const; // in the file "blocks"
 
+    // How it writes: DriveWrites.cpp
+    Sense sendCueSheet();
+    Sense writeBlocks();
+    Sense writePacks(int count);
+    Sense closeTrackOrSession();
+    Sense synchronize();
     Sense openTrack(int block);
     void finishSession();
-    [[nodiscard]] Sense checkFaults(int block, int count);
     [[nodiscard]] bool isSessionAtOnce() const;
     [[nodiscard]] int blockSizeAt(int block) const; // of a session written by its cue sheet
     void lose();
@@ -84,8 +91,12 @@ private:
     std::size_t m_replied = 0;
 };
 
+inline constexpr int dataBlock = 2048;
+inline constexpr int cdBlock = 2352; // also what each block of a CD takes in the file "blocks"
+
 inline constexpr Sense invalidField{5, 0x24, 0};
 inline constexpr Sense invalidAddress{5, 0x21, 0};
 inline constexpr Sense noMedium{2, 0x3a, 1};
+inline constexpr Sense wrongFormat{5, 0x30, 5};
 
 }

@@ -7,7 +7,10 @@
 #include "RealDrive.h"
 #include "TestMain.h"
 
+#include <QProcess>
 #include <QRegularExpression>
+
+#include <csignal>
 
 class LibburnRecorderTest : public QObject
 {
@@ -21,6 +24,7 @@ private Q_SLOTS:
     void burnsData_data();
     void burnsData();
     void burnsAudio();
+    void shortTracksAreFilledUp();
     void erases_data();
     void erases();
     void refusals_data();
@@ -29,6 +33,7 @@ private Q_SLOTS:
     void faults();
     void cancelled_data();
     void cancelled();
+    void childrenDoNotHoldTheDrive();
     void waitsForTheMedium();
     void unpluggedWhileErasing();
     void comesAndGoes();
@@ -162,6 +167,24 @@ void LibburnRecorderTest::burnsAudio()
     QCOMPARE(medium().value(DRDeviceMediaTrackCountKey).toInt(), 3);
 }
 
+// A track on CD lasts four seconds, 300 sectors, at least.
+void LibburnRecorderTest::shortTracksAreFilledUp()
+{
+    BurnRequest request;
+    QByteArray content;
+    for (const int sectors : {100, 310, 1}) {
+        const QByteArray sound = WavTracks::noise(sectors * 588, static_cast<uint>(sectors));
+        const QString name = QStringLiteral("%1.wav").arg(sectors);
+        request.tracks.append(
+            DRTrack::trackForAudioFile(m_drive->storeSource(name, WavTracks::wav(sound))));
+        content += sound + QByteArray(std::max(300 - sectors, 0) * 2352, '\0');
+    }
+    request.verify = true;
+    const Result<> burned = burn(request);
+    QVERIFY2(burned, qPrintable(burned.error()));
+    QVERIFY(m_drive->burnedAudio() == content);
+}
+
 void LibburnRecorderTest::erases_data()
 {
     QTest::addColumn<QString>("type");
@@ -285,6 +308,18 @@ void LibburnRecorderTest::cancelled()
     QCOMPARE(burned.error(), QStringLiteral("The job was cancelled."));
     QCOMPARE(run.states().last(), state);
     QCOMPARE(m_drive->device().mediaIsBlank(), state == DRStatusStateSessionOpen);
+}
+
+void LibburnRecorderTest::childrenDoNotHoldTheDrive()
+{
+    BurnRun run;
+    qint64 child = 0;
+    run.at(DRStatusStateTrackWrite, [&child] {
+        QProcess::startDetached(QStringLiteral("sleep"), {QStringLiteral("60")}, {}, &child);
+    });
+    QVERIFY(burn(run, imageOf(500 * blockSize)));
+    QVERIFY(child > 0 && !m_drive->isHeld());
+    ::kill(static_cast<pid_t>(child), SIGKILL);
 }
 
 void LibburnRecorderTest::waitsForTheMedium()

@@ -61,6 +61,7 @@ void RealDrive::insert(const QString &type, qint64 capacity)
     };
     if (!QTest::qWaitFor(isSeen, patience))
         qFatal("the medium %s is not seen", qPrintable(name));
+    onItsThread([] {}); // the drive is let go of
 }
 
 void RealDrive::detach()

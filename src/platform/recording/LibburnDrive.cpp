@@ -1,8 +1,11 @@
 #include "LibburnDrive.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <array>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <libburn/libburn.h>
@@ -14,6 +17,24 @@ constexpr qint64 blockSize = 2048;
 // Of libburn's list of codes.
 constexpr int transferFailed = 0x2010c;
 constexpr int connectionLost = 0x201a6;
+
+// libburn lets child processes inherit its open drives. A disc-image job that is started during a
+// burn would hold the drive until it ends.
+void keepFromChildren(const DeviceFile &file)
+{
+    struct stat device = {};
+    if (::stat(QFile::encodeName(file.path()).constData(), &device) != 0)
+        return;
+    const QStringList open =
+        QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System);
+    for (const QString &name : open) {
+        struct stat status = {};
+        const int descriptor = name.toInt();
+        if (::fstat(descriptor, &status) == 0 && S_ISBLK(status.st_mode)
+            && status.st_rdev == device.st_rdev)
+            ::fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+    }
+}
 
 }
 
@@ -30,6 +51,7 @@ Result<std::shared_ptr<LibburnDrive>> LibburnDrive::open(const DeviceFile &file)
     if (burn::burn_drive_convert_fs_adr(path.data(), address.data()) <= 0
         || burn::burn_drive_scan_and_grab(&drive->m_infos, address.data(), 0) <= 0)
         return drive->failure(QStringLiteral("The recorder cannot be used"));
+    keepFromChildren(file);
     return drive;
 }
 

@@ -96,10 +96,10 @@ void MmcDriveTest::dataByXorriso_data()
     QTest::addColumn<QString>("state");
     const QString closed = QStringLiteral("is written , is closed");
     const QString appendable = QStringLiteral("is written , is appendable");
-    for (const char *medium : {"cd-r", "cd-rw 20000"}) {
-        QTest::addRow("%s at once", medium) << medium << "on" << closed;
-        QTest::addRow("%s appendable", medium) << medium << "off" << appendable;
-    }
+    QTest::newRow("CD-R at once") << "cd-r"
+                                  << "on" << closed;
+    QTest::newRow("CD-RW appendable") << "cd-rw 20000"
+                                      << "off" << appendable;
     for (const char *medium : {"dvd+rw", "bd-re 20000", "bd-re 20000 unformatted"})
         QTest::newRow(medium) << medium << "off" << appendable;
 }

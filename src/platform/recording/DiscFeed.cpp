@@ -93,8 +93,8 @@ void freeTrack(burn::burn_source *source)
 
 }
 
-DiscFeed::DiscFeed(const DiscLayout &layout, qint64 shortestTrack, const std::stop_token &stop)
-    : m_layout(layout)
+DiscFeed::DiscFeed(DiscLayout layout, qint64 shortestTrack, const std::stop_token &stop)
+    : m_layout(std::move(layout))
     , m_shortestTrack(shortestTrack)
     , m_queue(reserve)
     , m_thread([this, stop] { m_queue.end(m_layout.isAudio() ? feedAudio(stop) : feedData()); })

@@ -18,7 +18,7 @@ class DiscFeed
 public:
     // Begins to read. Tracks that are shorter than that many blocks are filled up with zeros. The
     // stop token ends it.
-    DiscFeed(const DiscLayout &layout, qint64 shortestTrack, const std::stop_token &stop);
+    DiscFeed(DiscLayout layout, qint64 shortestTrack, const std::stop_token &stop);
     ~DiscFeed();
     DiscFeed(const DiscFeed &) = delete;
     DiscFeed &operator=(const DiscFeed &) = delete;
@@ -45,7 +45,7 @@ private:
     [[nodiscard]] Result<> feedAudio(const std::stop_token &stop);
     void remember(const QByteArray &sectors);
 
-    const DiscLayout &m_layout;
+    const DiscLayout m_layout;
     const qint64 m_shortestTrack; // blocks
     SectorQueue m_queue;
     std::vector<std::size_t> m_digests;

@@ -101,18 +101,24 @@ Result<> LibburnBurn::run()
 {
     if (Result<> formatted = formatIfNeeded(); !formatted)
         return formatted;
-    DiscFeed feed(m_layout, isCd(m_drive.profile()) ? shortestCdTrack : 0, m_report.stopToken());
-    Disc disc(m_drive.handle());
-    if (Result<> composed = compose(disc, feed); !composed)
-        return composed;
-    if (Result<> set = setOptions(disc); !set)
-        return set;
-    if (Result<> written = write(disc, feed); !written)
-        return written;
+    auto feed = std::make_unique<DiscFeed>(m_layout, isCd(m_drive.profile()) ? shortestCdTrack : 0,
+                                           m_report.stopToken());
+    auto disc = std::make_unique<Disc>(m_drive.handle());
+    Result<> done = compose(*disc, *feed);
+    if (done)
+        done = setOptions(*disc);
+    if (done)
+        done = write(*disc, *feed);
+    if (m_drive.isAbandoned()) { // libburn's thread may use them yet
+        std::ignore = disc.release();
+        std::ignore = feed.release();
+    }
+    if (!done)
+        return done;
     if (Result<> going = m_report.checkStopped(); !going)
         return going;
     if (m_request.verify)
-        if (Result<> same = verify(feed); !same)
+        if (Result<> same = verify(*feed); !same)
             return same;
     m_report.setState(DRStatusStateFinishing);
     return m_report.checkStopped();

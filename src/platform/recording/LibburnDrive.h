@@ -48,6 +48,7 @@ public:
 
     // Lets go of a drive that does not answer any more without asking it for anything.
     void abandon() { m_abandoned = true; }
+    [[nodiscard]] bool isAbandoned() const { return m_abandoned; }
 
 private:
     explicit LibburnDrive(DeviceFile file)

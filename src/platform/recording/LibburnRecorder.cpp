@@ -37,7 +37,8 @@ public:
     }
     ~Job()
     {
-        if (m_drive && m_drive->file().exists() && m_drive->assessAgain())
+        const bool answers = m_drive && !m_drive->isAbandoned() && m_drive->file().exists();
+        if (answers && m_drive->assessAgain())
             m_recorder.learn(*m_drive, DeviceFile::Tray::Closed);
         else if (m_drive)
             m_recorder.forgetMedium(DeviceFile::Tray::Unknown);

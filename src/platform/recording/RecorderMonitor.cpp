@@ -51,9 +51,7 @@ RecorderMonitor::RecorderMonitor(RecordingService &service)
 
 RecorderMonitor::~RecorderMonitor()
 {
-    for (const auto &recorder : std::as_const(m_recorders))
-        recorder->setChanged({});
-    m_thread->shutDown();
+    m_thread->shutDown(); // whose jobs call this
     if (m_monitor)
         udev_monitor_unref(m_monitor);
     if (m_udev)

@@ -2,6 +2,7 @@
 #include "AppDelegate.h"
 #include "Launch.h"
 #include "PropertyList.h"
+#include "RecorderMonitor.h"
 #include "RecordingService.h"
 #include "ServiceAddress.h"
 #include "ViewController.h"
@@ -17,9 +18,9 @@ int main(int argc, char **argv)
     const ApplicationSetup setup(application);
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Burns data discs and audio CDs into the files of a virtual "
-                       "recorder, erases them, and makes disc images of folders; maplorn-recorder "
-                       "--help tells about that."));
+        QStringLiteral("Burns data discs and audio CDs, on real drives and into the files of a "
+                       "virtual recorder, erases them, and makes disc images of folders; "
+                       "maplorn-recorder --help tells about recorders."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption configOption(
@@ -43,6 +44,7 @@ int main(int argc, char **argv)
         AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
     RecordingService service;
     const auto virtualRecorder = attachVirtualRecorder(service);
+    const RecorderMonitor realRecorders(service);
     const auto ownService = OwnService::startIfNeeded();
     ViewController window;
     if (!ownService)

@@ -1,12 +1,12 @@
-// The audio page in a window, with a virtual drive, driven by its controls. Main thread.
+// The audio page in a window, with a drive of either kind, driven by its controls. Main thread.
 #pragma once
 
 #include "AlertRecorder.h"
 #include "BurnAudioViewController.h"
 #include "CDTextLanguageLists.h"
 #include "CDTextPanel.h"
+#include "RealDrive.h"
 #include "Recorder.h"
-#include "VirtualDrive.h"
 #include "WavTracks.h"
 
 #include <QAbstractButton>
@@ -187,6 +187,10 @@ public:
 
     void waitForEnd() const { QTRY_VERIFY_WITH_TIMEOUT(!page->hasRunningJob(), 2 * patience); }
 
-    VirtualDrive drive;
+private:
+    std::unique_ptr<TestDrive> m_drive = makeTestDrive();
+
+public:
+    TestDrive &drive = *m_drive;
     std::unique_ptr<BurnAudioViewController> page;
 };

@@ -217,7 +217,7 @@ void AudioTracksTest::whatCannotBeDecodedCountsNothing()
 void AudioTracksTest::fractionsOfASecondAreDropped()
 {
     AudioPage page;
-    page.drive.setCapacity(4425);
+    page.drive.insert(DRDeviceMediaTypeCDRW, 4425);
     page.add({page.track(QStringLiteral("a.wav"), 59.9)});
     QCOMPARE(page.column(2).first(), QStringLiteral("00:59:00"));
     QCOMPARE(page.control<QLabel>("discDurationLabel")->text(), QStringLiteral("00:59:00"));
@@ -258,6 +258,7 @@ void AudioTracksTest::noDivisionWithoutADisc()
     AudioPage page;
     page.add({page.track(QStringLiteral("a.wav")), page.track(QStringLiteral("b.wav"))});
     QVERIFY(page.drive.device().ejectMedia());
+    QTRY_VERIFY(!page.drive.device().mediaIsPresent());
     page.control<QTableView>("table")->selectRow(0);
     page.click("removeButton");
     QCOMPARE(page.control<LevelIndicator>("capacityIndicator")->value(), quint64(0));

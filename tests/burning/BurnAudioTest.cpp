@@ -3,7 +3,6 @@
 #include "AudioPage.h"
 #include "DRCDTextKeys.h"
 #include "PackTools.h"
-#include "RecorderLock.h"
 #include "Session.h"
 #include "SteppedRecorder.h"
 #include "WindowTestMain.h"
@@ -326,8 +325,7 @@ void BurnAudioTest::heldRecorderStaysSilent()
 {
     AudioPage page;
     page.add({page.track(QStringLiteral("a.wav"))});
-    RecorderLock otherProgram(page.drive.recorder().folder() + QStringLiteral("/lock"));
-    QVERIFY(otherProgram.acquire());
+    page.drive.holdElsewhere(true);
     AlertRecorder alerts;
     page.startBurn(alerts);
     QCoreApplication::processEvents();
@@ -354,10 +352,8 @@ void BurnAudioTest::discNamesItsTracksInTwoLanguages()
     page.startBurn(alerts);
     page.waitForEnd();
     QCOMPARE(title(page), QStringLiteral("Finishing"));
-    QVERIFY(
-        !RecorderLock::isHeldElsewhere(page.drive.recorder().folder() + QStringLiteral("/lock")));
-    PackTools::Reader reader(
-        fileContent(page.drive.mediumFile(QStringLiteral("disc.cdt"))).chopped(1));
+    QVERIFY(!page.drive.isHeld());
+    PackTools::Reader reader(page.drive.burnedPacks());
     const auto titles = [&reader](int block) {
         QStringList list;
         if (reader.select(block))

@@ -1,9 +1,8 @@
-// The data page against a real virtual recorder: checks, control states, burns and their ends.
+// The data page against a drive of either kind: checks, control states, burns and their ends.
 #include "DRKeys.h"
 #include "DataPage.h"
 #include "DescribedRecorder.h"
 #include "LevelIndicator.h"
-#include "RecorderLock.h"
 #include "Session.h"
 #include "WindowTestMain.h"
 
@@ -118,7 +117,7 @@ void BurnDataTest::textsAndStatesAtStart()
     QCOMPARE(page.control<QLabel>("discSizeLabel")->text(), QStringLiteral("737.0 MB"));
     QCOMPARE(page.control<QLabel>("fileSizeLabel")->text(), QString());
     QCOMPARE(page.control<QComboBox>("devicesPopUp")->currentText(),
-             QStringLiteral("Virtual Recorder"));
+             page.drive.device().displayName());
     QVERIFY(!page.control<QWidget>("stopButton")->isEnabled());
     QVERIFY(!page.control<QWidget>("clearButton")->isEnabled());
     QVERIFY(page.control<QWidget>("openButton")->isEnabled());
@@ -151,6 +150,7 @@ void BurnDataTest::selectChecksTheMedium()
         QTRY_COMPARE(page.control<QComboBox>("devicesPopUp")->currentText(), noDevice);
     } else if (state == QLatin1StringView("ejected")) {
         QVERIFY(page.drive.device().ejectMedia());
+        QTRY_VERIFY(!page.drive.device().mediaIsPresent());
     } else {
         page.chooseType(1);
         page.choose(image(blockSize));
@@ -303,10 +303,10 @@ void BurnDataTest::burnsFolderAndVerifies()
     page.waitForEnd();
     QCOMPARE(page.control<QGroupBox>("progressBox")->title(), QStringLiteral("Finishing"));
     QCOMPARE(page.control<QProgressBar>("progressIndicator")->value(), 100);
-    QVERIFY(fileContent(page.drive.mediumFile(QStringLiteral("disc.iso")))
+    const qint64 burned = page.drive.device().mediaSpaceUsed().value_or(DRMSF()).blocks();
+    QVERIFY(page.drive.burnedData(burned * blockSize)
                 .contains(fileContent(path(QStringLiteral("-file")))));
-    QVERIFY(
-        !RecorderLock::isHeldElsewhere(page.drive.recorder().folder() + QStringLiteral("/lock")));
+    QVERIFY(!page.drive.isHeld());
     QVERIFY(!page.drive.device().mediaIsReserved());
 }
 
@@ -319,14 +319,14 @@ void BurnDataTest::burnsImageAsItIs()
     AlertRecorder alerts;
     page.startBurn(alerts);
     page.waitForEnd();
-    QCOMPARE(fileContent(page.drive.mediumFile(QStringLiteral("disc.iso"))), fileContent(source));
+    QCOMPARE(page.drive.burnedData(5 * blockSize), fileContent(source));
 }
 
 void BurnDataTest::controlsWhileBurning()
 {
     DataPage page;
     page.choose(m_folder->path());
-    page.control<QComboBox>("speedPopUp")->setCurrentText(QStringLiteral("705.6"));
+    page.chooseSlowest();
     AlertRecorder alerts;
     page.startBurn(alerts);
     const auto areEnabled = [&page](std::initializer_list<const char *> names) {
@@ -355,7 +355,7 @@ void BurnDataTest::speedTextWhileWriting()
     DataPage page;
     page.chooseType(1);
     page.choose(image(1000 * blockSize));
-    page.control<QComboBox>("speedPopUp")->setCurrentText(QStringLiteral("4233.6"));
+    page.chooseSlowest();
     AlertRecorder alerts;
     page.startBurn(alerts);
     const auto *label = page.control<QLabel>("progressLabel");
@@ -390,7 +390,7 @@ void BurnDataTest::abortEnablesAtOnce()
     DataPage page;
     page.chooseType(1);
     page.choose(image(1000 * blockSize));
-    page.control<QComboBox>("speedPopUp")->setCurrentText(QStringLiteral("705.6"));
+    page.chooseSlowest();
     AlertRecorder alerts;
     page.startBurn(alerts);
     QTRY_COMPARE(page.control<QGroupBox>("progressBox")->title(), QStringLiteral("Write"));
@@ -402,8 +402,6 @@ void BurnDataTest::abortEnablesAtOnce()
     QVERIFY(!Session::isWorking());
     QTRY_COMPARE(page.control<QGroupBox>("progressBox")->title(), QStringLiteral("Failed"));
     QVERIFY(!page.drive.device().mediaIsBlank());
-    QVERIFY(!QFile::exists(page.drive.mediumFile(QStringLiteral("disc.iso"))));
-    QVERIFY(!QFile::exists(page.drive.mediumFile(QStringLiteral("disc.iso.part"))));
 }
 
 void BurnDataTest::lateEndLeavesTheNewerBurnAlone()
@@ -425,7 +423,7 @@ void BurnDataTest::lateEndLeavesTheNewerBurnAlone()
     QTRY_VERIFY(page.control<QWidget>("burnButton")->isEnabled());
 
     devices->setCurrentIndex(0);
-    page.control<QComboBox>("speedPopUp")->setCurrentText(QStringLiteral("705.6"));
+    page.chooseSlowest();
     page.startBurn(alerts);
     slow->end();
     QTRY_VERIFY(!slow->isReserved());
@@ -435,7 +433,7 @@ void BurnDataTest::lateEndLeavesTheNewerBurnAlone()
     QVERIFY(page.drive.device().mediaIsReserved());
     QVERIFY(page.control<QGroupBox>("progressBox")->title() != QStringLiteral("Failed"));
     page.waitForEnd();
-    QVERIFY(QFile::exists(page.drive.mediumFile(QStringLiteral("disc.iso"))));
+    QVERIFY(!page.drive.device().mediaIsBlank());
 }
 
 void BurnDataTest::refusedQuestionsChangeNothing()
@@ -476,11 +474,11 @@ void BurnDataTest::newMediumIsShownOnComingBack()
 {
     DataPage page;
     page.page->hide();
-    page.drive.insert(DRDeviceMediaTypeDVDPlusR);
+    page.drive.insert(DRDeviceMediaTypeDVDPlusRW);
     page.page->show();
     QCOMPARE(page.control<QLabel>("discSizeLabel")->text(), QStringLiteral("4.70 GB"));
     QCOMPARE(page.control<QWidget>("mediaTypeButton")->accessibleDescription(),
-             QStringLiteral("DVD+R"));
+             QStringLiteral("DVD+RW"));
 }
 
 MAPLORN_WINDOW_TEST_MAIN(BurnDataTest)

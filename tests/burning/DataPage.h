@@ -1,9 +1,9 @@
-// The data page in a window, with a virtual drive, driven by its controls. Main thread.
+// The data page in a window, with a drive of either kind, driven by its controls. Main thread.
 #pragma once
 
 #include "AlertRecorder.h"
 #include "BurnDataViewController.h"
-#include "VirtualDrive.h"
+#include "RealDrive.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -56,6 +56,13 @@ public:
         QTRY_VERIFY(control<QWidget>("burnButton")->isEnabled());
     }
 
+    // A burn that lasts.
+    void chooseSlowest() const
+    {
+        drive.keepToSpeed();
+        control<QComboBox>("speedPopUp")->setCurrentIndex(1); // behind AUTO
+    }
+
     // Starts the burn of what was chosen.
     void startBurn(AlertRecorder &alerts) const
     {
@@ -68,6 +75,10 @@ public:
     // A burn ends when its data are on the disk, which takes long where that is busy.
     void waitForEnd() const { QTRY_VERIFY_WITH_TIMEOUT(!page->hasRunningJob(), 60000); }
 
-    VirtualDrive drive;
+private:
+    std::unique_ptr<TestDrive> m_drive = makeTestDrive();
+
+public:
+    TestDrive &drive = *m_drive;
     std::unique_ptr<BurnDataViewController> page;
 };

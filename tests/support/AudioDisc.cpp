@@ -1,8 +1,8 @@
 #include "AudioDisc.h"
 
-#include "VirtualDrive.h"
+#include "TestDrive.h"
 
-AudioDisc::AudioDisc(const VirtualDrive &drive)
+AudioDisc::AudioDisc(const TestDrive &drive)
 {
     // From a last sector that is nearly empty to one that is nearly full.
     constexpr std::array<int, 3> framesInLastSector{1, 300, 587};

@@ -1,4 +1,4 @@
-// Three tracks to burn on the medium of a virtual drive, none of them whole sectors long, and what
+// Three tracks to burn on the medium of a drive, none of them whole sectors long, and what
 // the disc is to hold then. Main thread.
 #pragma once
 
@@ -7,7 +7,7 @@
 
 #include <QMap>
 
-class VirtualDrive;
+class TestDrive;
 
 class AudioDisc
 {
@@ -17,7 +17,7 @@ public:
     static constexpr int blockCount = 301 + 310 + 305;
 
     // Writes the sounds into the drive's folder for sources.
-    explicit AudioDisc(const VirtualDrive &drive);
+    explicit AudioDisc(const TestDrive &drive);
 
     [[nodiscard]] BurnRequest request() const;
     [[nodiscard]] QString path(int track) const { return m_paths.at(track); }

@@ -3,16 +3,15 @@
 #include "MediaTypes.h"
 
 #include <QDir>
-#include <QFile>
 
 VirtualDrive::VirtualDrive()
 {
-    auto recorder = VirtualRecorder::create(
-        m_folder.filePath(QStringLiteral("maplorn-disc/recorders/virtual")));
+    auto recorder =
+        VirtualRecorder::create(folder() + QStringLiteral("/maplorn-disc/recorders/virtual"));
     if (!recorder)
         qFatal("%s", qPrintable(recorder.error()));
     m_recorder = recorder.value();
-    m_watch = std::make_unique<VirtualRecorderWatch>(m_service, m_recorder);
+    m_watch = std::make_unique<VirtualRecorderWatch>(service(), m_recorder);
 }
 
 QString VirtualDrive::mediumFile(const QString &name) const
@@ -47,31 +46,32 @@ void VirtualDrive::setCapacity(qint64 capacity)
         qFatal("%s", qPrintable(stored.error()));
 }
 
-QString VirtualDrive::makeSource(const QString &name, qint64 size) const
+QByteArray VirtualDrive::burnedData(qint64 bytes) const
 {
-    QByteArray content(size, Qt::Uninitialized);
-    for (qsizetype i = 0; i < size; ++i)
-        content[i] = static_cast<char>(1 + i % 251); // a prime, so that no two blocks are alike
-    return storeSource(name, content);
+    return fileContent(mediumFile(QStringLiteral("disc.iso"))).first(bytes);
 }
 
-QString VirtualDrive::storeSource(const QString &name, const QByteArray &content) const
+QByteArray VirtualDrive::burnedAudio() const
 {
-    QString path = sourcePath(name);
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
-        qFatal("%s: %s", qPrintable(path), qPrintable(file.errorString()));
-    return path;
+    return fileContent(mediumFile(QStringLiteral("disc.bin")));
 }
 
-QString VirtualDrive::sourcePath(const QString &name) const
+QByteArray VirtualDrive::burnedPacks() const
 {
-    return m_folder.filePath(QStringLiteral("source/") + name);
+    return fileContent(mediumFile(QStringLiteral("disc.cdt"))).chopped(1);
 }
 
-QByteArray fileContent(const QString &path)
+void VirtualDrive::holdElsewhere(bool held)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    m_otherProgram.reset();
+    if (!held)
+        return;
+    m_otherProgram = std::make_unique<RecorderLock>(m_recorder->folder() + QStringLiteral("/lock"));
+    if (!m_otherProgram->acquire())
+        qFatal("the recorder is in use already");
+}
+
+bool VirtualDrive::isHeld() const
+{
+    return RecorderLock::isHeldElsewhere(m_recorder->folder() + QStringLiteral("/lock"));
 }

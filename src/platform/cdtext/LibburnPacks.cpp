@@ -1,5 +1,7 @@
 #include "LibburnPacks.h"
 
+#include "LibburnMessages.h"
+
 #include <QMutex>
 
 #include <array>
@@ -23,31 +25,6 @@ struct Free
 using Session = std::unique_ptr<burn::burn_session, Free>;
 using Track = std::unique_ptr<burn::burn_track, Free>;
 using Packs = std::unique_ptr<unsigned char, Free>;
-
-// libburn keeps only fatal messages unless told otherwise, and a refusal is not one.
-bool initialize()
-{
-    std::array<char, 4> queued{"ALL"};
-    std::array<char, 6> printed{"NEVER"};
-    std::array<char, 1> prefix{""};
-    return burn::burn_initialize() > 0
-           && burn::burn_msgs_set_severities(queued.data(), printed.data(), prefix.data()) > 0;
-}
-
-// Empties the queue, so that it does not grow and the next job does not find our messages in it.
-QString lastMessage()
-{
-    QString last;
-    std::array<char, BURN_MSGS_MESSAGE_LEN> text{};
-    std::array<char, 80> severity{};
-    std::array<char, 4> all{"ALL"};
-    int code = 0;
-    int systemError = 0;
-    while (burn::burn_msgs_obtain(all.data(), &code, text.data(), &systemError, severity.data())
-           > 0)
-        last = QString::fromLocal8Bit(text.data());
-    return last;
-}
 
 // libburn copies the bytes, but asks for them as if it changed them.
 unsigned char *mutableBytes(QByteArray &bytes)
@@ -106,7 +83,7 @@ QList<burn::burn_track *> addTracks(burn::burn_session *session, int trackCount)
 // Nothing where libburn refuses.
 std::optional<QByteArray> packs(const QList<LibburnPacks::Block> &blocks, int trackCount)
 {
-    if (!initialize())
+    if (!LibburnMessages::isReady())
         return std::nullopt;
     // Always a fresh session: making packs after texts were taken away crashes libburn.
     const Session session(burn::burn_session_create());
@@ -136,8 +113,9 @@ Result<QByteArray> LibburnPacks::make(const QList<Block> &blocks, int trackCount
 {
     static QMutex mutex;
     const QMutexLocker locker(&mutex);
+    const LibburnMessages messages;
     const std::optional<QByteArray> made = packs(blocks, trackCount);
-    const QString message = lastMessage();
+    const QString message = messages.complaint();
     if (made)
         return *made;
     return Failure{message.isEmpty() ? QStringLiteral("no reason given") : message};

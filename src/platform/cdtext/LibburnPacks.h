@@ -1,5 +1,5 @@
 // The one door to libburn's encoder of CD-Text. Private to this library; any thread, one at a time
-// inside, since libburn has one message queue for the whole program.
+// inside.
 #pragma once
 
 #include "CDTextPayload.h"

@@ -118,6 +118,11 @@ Result<> TrackContent::writeToPath(const QByteArray &path, int fileDescriptor,
     });
 }
 
+Result<> TrackContent::passTo(TrackSink &sink, const Advance &advance) const
+{
+    return TrackPass(sink, advance).run(m_extents, 0, byteCount());
+}
+
 Result<> TrackContent::compareWith(int fileDescriptor, const Advance &advance) const
 {
     Comparer comparer(fileDescriptor);

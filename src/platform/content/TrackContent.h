@@ -13,6 +13,8 @@
 #include <functional>
 #include <memory>
 
+class TrackSink;
+
 // Called as a track is written or compared, with the bytes done since the last call: at most
 // 256 KiB at a time, and the track's whole length in the end, gaps and holes included. A failure
 // (cancelled, medium gone) ends the operation, which returns it.
@@ -58,6 +60,9 @@ public:
     // The same, and the failure names path when it is the file that cannot be written.
     [[nodiscard]] Result<> writeToPath(const QByteArray &path, int fileDescriptor,
                                        const Advance &advance) const;
+
+    // Hands every byte of the track to a sink, in order. Fails as writeTo() does.
+    [[nodiscard]] Result<> passTo(TrackSink &sink, const Advance &advance) const;
 
     // Compares the track with what a file holds from its start, byte by byte. Fails with the
     // position of the first difference, or naming the source that changed.

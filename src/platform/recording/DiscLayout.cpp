@@ -1,6 +1,7 @@
 #include "DiscLayout.h"
 
 #include "CDTextPacks.h"
+#include "DRKeys.h"
 #include "Recorder.h"
 
 #include <QtConcurrentMap>
@@ -16,8 +17,8 @@ Result<DiscLayout> DiscLayout::prepare(const BurnRequest &request, const std::st
     if (audio > 0 && audio < request.tracks.size())
         return Failure{QStringLiteral("A disc holds either data or audio tracks, not both.")};
     DiscLayout layout;
-    const Result<> prepared = audio > 0 ? layout.prepareAudio(request, stop)
-                                        : layout.prepareData(request.tracks, stop);
+    const Result<> prepared =
+        audio > 0 ? layout.prepareAudio(request, stop) : layout.prepareData(request.tracks, stop);
     if (!prepared)
         return prepared.failure();
     return layout;
@@ -71,4 +72,17 @@ qint64 DiscLayout::blockCount() const
 {
     const QList<qint64> lengths = trackLengths();
     return std::accumulate(lengths.cbegin(), lengths.cend(), qint64(0));
+}
+
+Result<> DiscLayout::checkFits(const QString &mediaClass, qint64 freeBlocks) const
+{
+    if (isAudio() && mediaClass != DRDeviceMediaClassCD)
+        return Failure{QStringLiteral("Audio tracks can be burned on a CD only.")};
+    if (!isAudio() && m_tracks.size() != 1)
+        return Failure{QStringLiteral("A data disc has one track.")};
+    if (blockCount() > freeBlocks)
+        return Failure{QStringLiteral("The source needs %1 blocks, the medium holds %2.")
+                           .arg(blockCount())
+                           .arg(freeBlocks)};
+    return Done{};
 }

@@ -26,6 +26,9 @@ public:
     [[nodiscard]] QList<qint64> trackLengths() const;
     [[nodiscard]] qint64 blockCount() const;
 
+    // Whether a medium of that class (DRDeviceMediaClass…) with that many free blocks takes it.
+    [[nodiscard]] Result<> checkFits(const QString &mediaClass, qint64 freeBlocks) const;
+
     // The texts of an audio disc, one block a language; and as packs of 18 bytes, without header.
     [[nodiscard]] const QList<DRCDTextBlock> &cdText() const { return m_cdText; }
     [[nodiscard]] const QByteArray &cdTextPacks() const { return m_cdTextPacks; }

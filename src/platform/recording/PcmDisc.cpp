@@ -14,7 +14,7 @@
 namespace {
 
 constexpr qint64 sectorSize = AudioSource::sectorSize;
-constexpr qint64 compareAtOnce = 100;       // sectors
+constexpr qint64 compareAtOnce = 100;         // sectors
 constexpr qint64 startWritingEvery = 8 << 20; // bytes
 
 std::size_t digestOf(const char *sector)

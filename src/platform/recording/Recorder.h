@@ -17,7 +17,7 @@ struct BurnRequest
 {
     QList<DRTrack> tracks;
     QList<DRCDTextBlock> cdText; // of audio tracks, one a language; empty: none
-    double speed = 0; // KB (1,000 bytes) per second; 0: the recorder's own choice
+    double speed = 0;            // KB (1,000 bytes) per second; 0: the recorder's own choice
     bool appendable = false;
     bool verify = false;
 };

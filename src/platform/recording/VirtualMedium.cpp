@@ -1,8 +1,8 @@
 #include "VirtualMedium.h"
 
 #include "DRKeys.h"
-#include "DRMSF.h"
 #include "MediaTypes.h"
+#include "MediumDescription.h"
 #include "PropertyList.h"
 
 #include <QDir>
@@ -12,12 +12,6 @@
 #include <numeric>
 
 namespace {
-
-// Bytes of a block, and the data block type of MMC: mode 1, and audio.
-constexpr int dataBlockSize = 2048;
-constexpr int dataBlockType = 8;
-constexpr int audioBlockSize = 2352;
-constexpr int audioBlockType = 0;
 
 constexpr std::array stateNames{QLatin1StringView("blank"), QLatin1StringView("incomplete"),
                                 QLatin1StringView("complete")};
@@ -33,25 +27,6 @@ const QString tracksKey = QStringLiteral("Tracks");
 QString listPath(const QString &folder)
 {
     return folder + QStringLiteral("/medium.plist");
-}
-
-QVariantMap trackStatus(const VirtualMedium &medium, int number, qint64 start, qint64 length)
-{
-    const bool empty = medium.isBlank();
-    const bool complete = medium.state == VirtualMedium::State::Complete;
-    const QLatin1StringView type = empty      ? DRTrackTypeInvisible
-                                   : complete ? DRTrackTypeComplete
-                                              : DRTrackTypeIncomplete;
-    return {{DRBlockSizeKey, medium.audio ? audioBlockSize : dataBlockSize},
-            {DRBlockTypeKey, medium.audio ? audioBlockType : dataBlockType},
-            {DRFreeBlocksKey, empty ? length : 0},
-            {DRSessionFormatKey, 0},
-            {DRSessionNumberKey, 1},
-            {DRTrackIsEmptyKey, empty},
-            {DRTrackLengthKey, QVariant::fromValue(DRMSF(length))},
-            {DRTrackNumberKey, number},
-            {DRTrackStartAddressKey, QVariant::fromValue(DRMSF(start))},
-            {DRTrackTypeKey, QString(type)}};
 }
 
 }
@@ -123,47 +98,28 @@ qint64 VirtualMedium::usedBlocks() const
 
 QVariantMap VirtualMedium::status(bool reserved) const
 {
+    using Track = MediumDescription::Track;
     const MediaType *known = MediaTypes::find(type);
-    const bool writable = isBlank() || (state == State::Complete && appendable);
-    const qint64 free = writable ? capacity - usedBlocks() : 0;
-    const bool overwritable = known && known->overwritable;
-    const qint64 overwritableBlocks = overwritable ? capacity : 0;
-
-    QVariantList speeds;
+    MediumDescription medium;
+    medium.type = type;
+    medium.mediaClass = known ? known->mediaClass : DRDeviceMediaClassUnknown;
+    medium.bsdName = QStringLiteral("virtual");
+    medium.blank = isBlank();
+    medium.appendable = isBlank() || (state == State::Complete && appendable);
+    medium.erasable = isErasable();
+    medium.usedBlocks = usedBlocks();
+    medium.freeBlocks = medium.appendable ? capacity - medium.usedBlocks : 0;
+    medium.overwritableBlocks = known && known->overwritable ? capacity : 0;
     if (known)
-        for (const double speed : known->speeds())
-            speeds.append(speed);
+        medium.speeds = known->speeds();
 
     // A blank medium is one empty track of its whole capacity.
-    const QList<qint64> lengths = isBlank() ? QList<qint64>{capacity} : tracks;
-    QStringList references;
-    QVariantMap infos;
+    const Track::State written =
+        state == State::Complete ? Track::State::Complete : Track::State::Incomplete;
     qint64 start = 0;
-    for (const qint64 length : lengths) {
-        const int number = static_cast<int>(references.size()) + 1;
-        const QString reference = QStringLiteral("Track %1").arg(number);
-        references.append(reference);
-        infos.insert(reference, trackStatus(*this, number, start, length));
+    for (const qint64 length : isBlank() ? QList<qint64>{capacity} : tracks) {
+        medium.tracks.append({1, start, length, audio, isBlank() ? Track::State::Empty : written});
         start += length;
     }
-
-    return {{DRDeviceBurnSpeedsKey, speeds},
-            {DRDeviceMediaBSDNameKey, QStringLiteral("virtual")},
-            {DRDeviceMediaBlocksFreeKey, free},
-            {DRDeviceMediaBlocksOverwritableKey, overwritableBlocks},
-            {DRDeviceMediaBlocksUsedKey, usedBlocks()},
-            {DRDeviceMediaClassKey, QString(known ? known->mediaClass : DRDeviceMediaClassUnknown)},
-            {DRDeviceMediaFreeSpaceKey, QVariant::fromValue(DRMSF(free))},
-            {DRDeviceMediaIsAppendableKey, writable},
-            {DRDeviceMediaIsBlankKey, isBlank()},
-            {DRDeviceMediaIsErasableKey, known && known->erasable},
-            {DRDeviceMediaIsOverwritableKey, overwritable},
-            {DRDeviceMediaIsReservedKey, reserved},
-            {DRDeviceMediaOverwritableSpaceKey, QVariant::fromValue(DRMSF(overwritableBlocks))},
-            {DRDeviceMediaSessionCountKey, references.isEmpty() ? 0 : 1},
-            {DRDeviceMediaTrackCountKey, references.size()},
-            {DRDeviceMediaTypeKey, type},
-            {DRDeviceMediaUsedSpaceKey, QVariant::fromValue(DRMSF(usedBlocks()))},
-            {DRDeviceTrackRefsKey, references},
-            {DRDeviceTrackInfoKey, infos}};
+    return medium.status(reserved);
 }

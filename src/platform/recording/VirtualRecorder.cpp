@@ -223,14 +223,9 @@ Result<DiscLayout> VirtualRecorder::layoutFor(const BurnRequest &request,
     if (!layout)
         return layout;
     const MediaType *type = MediaTypes::find(medium.type);
-    if (layout.value().isAudio() && (!type || type->mediaClass != DRDeviceMediaClassCD))
-        return Failure{QStringLiteral("Audio tracks can be burned on a CD only.")};
-    if (!layout.value().isAudio() && layout.value().tracks().size() != 1)
-        return Failure{QStringLiteral("A data disc has one track.")};
-    if (layout.value().blockCount() > medium.capacity)
-        return Failure{QStringLiteral("The source needs %1 blocks, the medium holds %2.")
-                           .arg(layout.value().blockCount())
-                           .arg(medium.capacity)};
+    const QString mediaClass = type ? type->mediaClass : DRDeviceMediaClassUnknown;
+    if (const Result<> fits = layout.value().checkFits(mediaClass, medium.capacity); !fits)
+        return fits.failure();
     return layout;
 }
 

@@ -1,0 +1,36 @@
+// The device file of a real drive: whether this program may use it now, said so that the reader can
+// do something about it. Never waits for the drive; any thread.
+#pragma once
+
+#include "Result.h"
+
+#include <stop_token>
+
+class DeviceFile
+{
+public:
+    explicit DeviceFile(QString path)
+        : m_path(std::move(path))
+    {
+    }
+
+    [[nodiscard]] const QString &path() const { return m_path; }
+
+    [[nodiscard]] bool exists() const;
+
+    // Fails for a drive that is gone, that may not be used, and that another program holds. Asks
+    // the system for the exclusive use of the drive and lets go of it again.
+    [[nodiscard]] Result<> checkUsable() const;
+
+    // What the system knows of the tray and the medium in it; never of a drive that burns.
+    enum class Tray { Unknown, Open, Empty, SpinningUp, Closed };
+    [[nodiscard]] Tray tray() const;
+
+    // Waits for a medium that is being spun up, but not for ever. Fails when stopped, too.
+    [[nodiscard]] Result<> waitUntilReady(const std::stop_token &stop) const;
+
+private:
+    [[nodiscard]] Failure noPermission() const;
+
+    QString m_path;
+};

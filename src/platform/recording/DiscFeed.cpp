@@ -1,0 +1,179 @@
+#include "DiscFeed.h"
+
+#include "PcmReader.h"
+#include "SourceFile.h"
+#include "TrackPass.h"
+
+#include <QHashFunctions>
+
+#include <algorithm>
+#include <cstdlib>
+#include <sys/types.h>
+
+#include <libburn/libburn.h>
+
+namespace {
+
+constexpr qint64 reserve = 32 << 20; // bytes; three seconds of the fastest BD
+constexpr qint64 sectorSize = AudioSource::sectorSize;
+
+// The mark by which read samples are aligned lies behind the first sectors, so that a drive that
+// reads from too early an address still finds all of it.
+constexpr qint64 firstMarkSector = 4;
+
+const Failure noLongerWanted{QStringLiteral("The job was cancelled.")};
+
+class QueueSink : public TrackSink
+{
+public:
+    explicit QueueSink(SectorQueue &queue)
+        : m_queue(queue)
+    {
+    }
+
+    Result<> bytes(qint64, const char *data, qint64 length) override
+    {
+        return m_queue.put(data, length) ? Result<>(Done{}) : noLongerWanted;
+    }
+    Result<> zeros(qint64 start, qint64 length) override
+    {
+        std::fill_n(m_buffer.get(), length, '\0');
+        return bytes(start, m_buffer.get(), length);
+    }
+    Result<> piece(qint64 start, const SourceFile &file, qint64 offset, qint64 length) override
+    {
+        const Result<> got = file.read(m_buffer.get(), offset, length);
+        return got ? bytes(start, m_buffer.get(), length) : got;
+    }
+
+private:
+    SectorQueue &m_queue;
+    std::unique_ptr<char[]> m_buffer{new char[TrackPass::chunkSize]};
+};
+
+// What libburn knows of a track's source.
+struct TrackSource
+{
+    SectorQueue *queue;
+    qint64 size; // bytes, filled up
+    qint64 left; // bytes that are not zeros at the end
+};
+
+TrackSource &trackSource(burn::burn_source *source)
+{
+    return *static_cast<TrackSource *>(source->data);
+}
+
+int readTrack(burn::burn_source *source, unsigned char *buffer, int size)
+{
+    TrackSource &track = trackSource(source);
+    const qint64 count = std::min<qint64>(size, track.left);
+    const qint64 got = count > 0 ? track.queue->take(reinterpret_cast<char *>(buffer), count) : 0;
+    if (got < count)
+        return -1;
+    track.left -= got;
+    std::fill(buffer + got, buffer + size, '\0');
+    return size;
+}
+
+off_t sizeOfTrack(burn::burn_source *source)
+{
+    return trackSource(source).size;
+}
+
+int keepSize(burn::burn_source *, off_t)
+{
+    return 1;
+}
+
+void freeTrack(burn::burn_source *source)
+{
+    delete static_cast<TrackSource *>(source->data);
+}
+
+}
+
+DiscFeed::DiscFeed(DiscLayout layout, qint64 shortestTrack, const std::stop_token &stop)
+    : m_layout(std::move(layout))
+    , m_shortestTrack(shortestTrack)
+    , m_queue(reserve)
+    , m_thread([this, stop] { m_queue.end(m_layout.isAudio() ? feedAudio(stop) : feedData()); })
+{
+}
+
+DiscFeed::~DiscFeed()
+{
+    m_queue.close();
+}
+
+Result<> DiscFeed::feedData()
+{
+    QueueSink sink(m_queue);
+    return m_layout.tracks().first().passTo(sink, {});
+}
+
+Result<> DiscFeed::feedAudio(const std::stop_token &stop)
+{
+    PcmReader reader(m_layout.audioTracks(), stop);
+    const QByteArray silence(sectorSize, '\0');
+    qint64 sectors = 0; // of the track
+    for (qsizetype left = m_layout.audioTracks().size(); left > 0;) {
+        const Result<QByteArray> chunk = reader.next();
+        if (!chunk)
+            return chunk.failure();
+        if (chunk.value().isEmpty()) {
+            for (; sectors < m_shortestTrack; ++sectors)
+                remember(silence);
+            sectors = 0;
+            --left;
+            continue;
+        }
+        sectors += chunk.value().size() / sectorSize;
+        remember(chunk.value());
+        if (!m_queue.put(chunk.value().constData(), chunk.value().size()))
+            return noLongerWanted;
+    }
+    return Done{};
+}
+
+void DiscFeed::remember(const QByteArray &sectors)
+{
+    for (qsizetype at = 0; at < sectors.size(); at += sectorSize) {
+        const char *sector = sectors.constData() + at;
+        const auto number = static_cast<qint64>(m_digests.size());
+        m_digests.push_back(digestOf(sector));
+        const bool silent = std::all_of(sector, sector + sectorSize, [](char c) { return c == 0; });
+        if (m_mark.isEmpty() && (silent || number < firstMarkSector))
+            continue;
+        if (m_mark.isEmpty())
+            m_markSector = number;
+        if (m_mark.size() < 2 * sectorSize)
+            m_mark.append(sector, sectorSize);
+    }
+}
+
+std::size_t DiscFeed::digestOf(const char *sector)
+{
+    return qHashBits(sector, sectorSize);
+}
+
+qint64 DiscFeed::blockSize() const
+{
+    return m_layout.isAudio() ? sectorSize : TrackContent::blockSize;
+}
+
+burn::burn_source *DiscFeed::sourceOf(qint64 blocks)
+{
+    // libburn releases it with free().
+    auto *source = static_cast<burn::burn_source *>(std::calloc(1, sizeof(burn::burn_source)));
+    if (!source)
+        return nullptr;
+    source->refcount = 1;
+    source->read = readTrack;
+    source->get_size = sizeOfTrack;
+    source->set_size = keepSize;
+    source->free_data = freeTrack;
+    source->data = new TrackSource{&m_queue, std::max(blocks, m_shortestTrack) * blockSize(),
+                                   blocks * blockSize()};
+    return source;
+}

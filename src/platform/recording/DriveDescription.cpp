@@ -1,0 +1,312 @@
+#include "DriveDescription.h"
+
+#include "DRKeys.h"
+#include "MediaTypes.h"
+
+#include <QFileInfo>
+#include <QSet>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <memory>
+#include <span>
+#include <sys/types.h>
+
+#include <libburn/libburn.h>
+
+namespace {
+
+constexpr qint64 blockSize = 2048;
+
+struct Profile
+{
+    int number;
+    QLatin1StringView type;
+    QLatin1StringView mediaClass;
+    QLatin1StringView capability; // to write it; empty for what is only read
+    bool erasable;
+    bool overwritable;
+};
+
+// clang-format off
+constexpr std::array profiles{
+    Profile{0x08, DRDeviceMediaTypeCDROM, DRDeviceMediaClassCD, {}, false, false},
+    Profile{0x09, DRDeviceMediaTypeCDR, DRDeviceMediaClassCD, DRDeviceCanWriteCDRKey, false, false},
+    Profile{0x0a, DRDeviceMediaTypeCDRW, DRDeviceMediaClassCD, DRDeviceCanWriteCDRWKey, true, false},
+    Profile{0x10, DRDeviceMediaTypeDVDROM, DRDeviceMediaClassDVD, {}, false, false},
+    Profile{0x11, DRDeviceMediaTypeDVDR, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRKey, false, false},
+    Profile{0x12, DRDeviceMediaTypeDVDRAM, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRAMKey, true, true},
+    Profile{0x13, DRDeviceMediaTypeDVDRW, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRWKey, true, true},
+    Profile{0x14, DRDeviceMediaTypeDVDRW, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRWKey, true, false},
+    Profile{0x15, DRDeviceMediaTypeDVDRDualLayer, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRDualLayerKey, false, false},
+    Profile{0x16, DRDeviceMediaTypeDVDRDualLayer, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRDualLayerKey, false, false},
+    Profile{0x17, DRDeviceMediaTypeDVDRWDualLayer, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRWDualLayerKey, true, false},
+    Profile{0x1a, DRDeviceMediaTypeDVDPlusRW, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDPlusRWKey, true, true},
+    Profile{0x1b, DRDeviceMediaTypeDVDPlusR, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDPlusRKey, false, false},
+    Profile{0x2a, DRDeviceMediaTypeDVDPlusRWDoubleLayer, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDPlusRWDoubleLayerKey, true, true},
+    Profile{0x2b, DRDeviceMediaTypeDVDPlusRDoubleLayer, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDPlusRDoubleLayerKey, false, false},
+    Profile{0x40, DRDeviceMediaTypeBDROM, DRDeviceMediaClassBD, {}, false, false},
+    Profile{0x41, DRDeviceMediaTypeBDR, DRDeviceMediaClassBD, DRDeviceCanWriteBDRKey, false, false},
+    Profile{0x42, DRDeviceMediaTypeBDR, DRDeviceMediaClassBD, DRDeviceCanWriteBDRKey, false, false},
+    Profile{0x43, DRDeviceMediaTypeBDRE, DRDeviceMediaClassBD, DRDeviceCanWriteBDREKey, true, true},
+    Profile{0x50, DRDeviceMediaTypeHDDVDROM, DRDeviceMediaClassHDDVD, {}, false, false},
+    Profile{0x51, DRDeviceMediaTypeHDDVDR, DRDeviceMediaClassHDDVD, DRDeviceCanWriteHDDVDRKey, false, false},
+    Profile{0x52, DRDeviceMediaTypeHDDVDRAM, DRDeviceMediaClassHDDVD, DRDeviceCanWriteHDDVDRAMKey, true, true},
+    Profile{0x53, DRDeviceMediaTypeHDDVDRW, DRDeviceMediaClassHDDVD, DRDeviceCanWriteHDDVDRWKey, true, false},
+    Profile{0x58, DRDeviceMediaTypeHDDVDRDualLayer, DRDeviceMediaClassHDDVD, DRDeviceCanWriteHDDVDRDualLayerKey, false, false},
+    Profile{0x5a, DRDeviceMediaTypeHDDVDRWDualLayer, DRDeviceMediaClassHDDVD, DRDeviceCanWriteHDDVDRWDualLayerKey, true, false},
+};
+// clang-format on
+
+const Profile *find(int number)
+{
+    const auto found = std::ranges::find(profiles, number, &Profile::number);
+    return found == profiles.end() ? nullptr : &*found;
+}
+
+// The data of a feature of MMC, and whether the drive has it.
+std::optional<QByteArray> feature(const LibburnDrive &drive, unsigned code)
+{
+    unsigned char flags = 0;
+    unsigned char length = 0;
+    unsigned char *data = nullptr;
+    if (burn::burn_drive_get_feature(drive.handle(), code, &flags, &length, &data, nullptr) <= 0)
+        return std::nullopt;
+    const std::unique_ptr<unsigned char, decltype(&std::free)> owner(data, &std::free);
+    return QByteArray(reinterpret_cast<const char *>(data), length);
+}
+
+bool hasBit(const std::optional<QByteArray> &data, qsizetype byte, int bit)
+{
+    return data && data->size() > byte && (data->at(byte) & 1 << bit) != 0;
+}
+
+// Feature 0001h, physical interface standard.
+QString interconnect(const LibburnDrive &drive)
+{
+    const std::optional<QByteArray> core = feature(drive, 0x01);
+    switch (core && core->size() >= 4 ? core->at(3) : 0) {
+    case 1:
+        return QStringLiteral("SCSI");
+    case 2:
+        return QStringLiteral("ATAPI");
+    case 3:
+    case 4:
+    case 6:
+        return QStringLiteral("FireWire");
+    case 7:
+        return QStringLiteral("SATA");
+    case 8:
+        return QStringLiteral("USB");
+    default:
+        return QStringLiteral("Unknown");
+    }
+}
+
+QVariantMap capabilities(const LibburnDrive &drive)
+{
+    std::array<int, 64> numbers{};
+    std::array<char, 64> current{};
+    int count = 0;
+    burn::burn_drive_get_all_profiles(drive.handle(), &count, numbers.data(), current.data());
+    QVariantMap result = MediaTypes::writeCapabilities();
+    for (QVariant &value : result)
+        value = false;
+    for (const int number : std::span(numbers).first(static_cast<size_t>(count))) {
+        const Profile *profile = find(number);
+        if (!profile || profile->capability.isEmpty())
+            continue;
+        result[profile->capability] = true;
+        result[DRDeviceCanWriteKey] = true;
+        if (profile->mediaClass == DRDeviceMediaClassCD)
+            result[DRDeviceCanWriteCDKey] = true;
+        else if (profile->mediaClass == DRDeviceMediaClassDVD)
+            result[DRDeviceCanWriteDVDKey] = true;
+        else if (profile->mediaClass == DRDeviceMediaClassBD)
+            result[DRDeviceCanWriteBDKey] = true;
+        else
+            result[DRDeviceCanWriteHDDVDKey] = true;
+    }
+    // Feature 002Eh, disc-at-once, with the sub-channels in which CD-Text lies.
+    const std::optional<QByteArray> mastering = feature(drive, 0x2e);
+    result[DRDeviceCanWriteCDTextKey] = hasBit(mastering, 0, 5) && hasBit(mastering, 0, 0);
+    return result;
+}
+
+QString serialNumber(const LibburnDrive &drive)
+{
+    char *number = nullptr;
+    int length = 0;
+    if (burn::burn_drive_get_serial_no(drive.handle(), &number, &length) <= 0)
+        return {};
+    const std::unique_ptr<char, decltype(&std::free)> owner(number, &std::free);
+    return QString::fromLatin1(number, length).trimmed();
+}
+
+// The drive's list has repetitions, and speeds of reading.
+QList<double> speeds(const LibburnDrive &drive)
+{
+    burn::burn_speed_descriptor *list = nullptr;
+    QSet<double> found;
+    if (burn::burn_drive_get_speedlist(drive.handle(), &list) > 0)
+        for (const auto *speed = list; speed; speed = speed->next)
+            if (speed->write_speed > 0)
+                found.insert(speed->write_speed);
+    burn::burn_drive_free_speedlist(&list);
+    QList<double> sorted(found.cbegin(), found.cend());
+    std::ranges::sort(sorted);
+    return sorted;
+}
+
+bool isZero(const QByteArray &bytes)
+{
+    return std::ranges::all_of(bytes, [](char byte) { return byte == 0; });
+}
+
+// How much of a medium that can be overwritten is in use: what the ISO 9660 volume on it says, all
+// of it where something else is on it, and nothing where its first blocks are zero or unwritten.
+qint64 usedOfOverwritable(LibburnDrive &drive, qint64 capacity)
+{
+    constexpr qint64 looked = 32; // the system area, the volume descriptors
+    constexpr qint64 primaryVolume = 16 * blockSize;
+    constexpr qint64 volumeSize = primaryVolume + 80;
+    QByteArray start(looked * blockSize, '\0');
+    if (capacity < looked || !drive.readBlocks(0, looked, start.data()) || isZero(start))
+        return 0;
+    if (!start.mid(primaryVolume).startsWith(QByteArrayView("\1CD001")))
+        return capacity;
+    qint64 blocks = 0;
+    for (int i = 3; i >= 0; --i)
+        blocks = blocks << 8 | static_cast<unsigned char>(start.at(volumeSize + i));
+    return std::min(blocks, capacity);
+}
+
+MediumDescription::Track track(burn::burn_track *written)
+{
+    constexpr int dataBit = 4;
+    burn::burn_toc_entry entry = {};
+    burn::burn_track_get_entry(written, &entry);
+    MediumDescription::Track track;
+    track.session = entry.session;
+    track.audio = (entry.control & dataBit) == 0;
+    track.start = (entry.extensions_valid & 1)
+                      ? entry.start_lba
+                      : burn::burn_msf_to_lba(entry.pmin, entry.psec, entry.pframe);
+    track.length = (entry.extensions_valid & 1) ? entry.track_blocks : 0;
+    return track;
+}
+
+QList<MediumDescription::Track> writtenTracks(const LibburnDrive &drive)
+{
+    QList<MediumDescription::Track> tracks;
+    burn::burn_disc *disc = burn::burn_drive_get_disc(drive.handle());
+    int sessionCount = 0;
+    burn::burn_session **sessions =
+        disc ? burn::burn_disc_get_sessions(disc, &sessionCount) : nullptr;
+    for (int session = 0; session < sessionCount; ++session) {
+        int count = 0;
+        burn::burn_track **written = burn::burn_session_get_tracks(sessions[session], &count);
+        for (int i = 0; i < count; ++i)
+            tracks.append(track(written[i]));
+    }
+    if (disc)
+        burn::burn_disc_free(disc);
+    return tracks;
+}
+
+}
+
+bool DriveDescription::isOverwritable(int profile)
+{
+    const Profile *known = find(profile);
+    return known && known->overwritable;
+}
+
+bool DriveDescription::needsFormatting(const LibburnDrive &drive)
+{
+    constexpr int blurayRewritable = 0x43;
+    int status = 0;
+    off_t size = 0;
+    unsigned spare = 0;
+    int count = 0;
+    return drive.profile() == blurayRewritable
+           && burn::burn_disc_get_formats(drive.handle(), &status, &size, &spare, &count) > 0
+           && status == BURN_FORMAT_IS_UNFORMATTED;
+}
+
+qint64 DriveDescription::freeBlocks(const LibburnDrive &drive)
+{
+    return burn::burn_disc_available_space(drive.handle(), nullptr) / blockSize;
+}
+
+double DriveDescription::maximumSpeed(const LibburnDrive &drive)
+{
+    return burn::burn_drive_get_write_speed(drive.handle());
+}
+
+QVariantMap DriveDescription::info(LibburnDrive &drive, const QString &systemPath)
+{
+    const burn::burn_drive_info &info = drive.info();
+    const auto text = [](const char *bytes) { return QString::fromLatin1(bytes).trimmed(); };
+    const QVariantMap writes = capabilities(drive);
+    const std::optional<QByteArray> removable = feature(drive, 0x03); // how media are loaded
+    const QString bus = interconnect(drive);
+    const bool external = bus == QLatin1String("USB") || bus == QLatin1String("FireWire");
+    const QLatin1StringView location = bus == QLatin1String("Unknown")
+                                           ? DRDevicePhysicalInterconnectLocationUnknown
+                                       : external ? DRDevicePhysicalInterconnectLocationExternal
+                                                  : DRDevicePhysicalInterconnectLocationInternal;
+    const bool supported = writes.value(DRDeviceCanWriteKey).toBool();
+    return {{DRDeviceFirmwareRevisionKey, text(info.revision)},
+            {DRDeviceIORegistryEntryPathKey, systemPath},
+            {DRDeviceLoadingMechanismCanEjectKey, hasBit(removable, 0, 3)},
+            {DRDeviceLoadingMechanismCanInjectKey, hasBit(removable, 0, 5)},
+            {DRDeviceLoadingMechanismCanOpenKey, hasBit(removable, 0, 3)},
+            {DRDevicePhysicalInterconnectKey, bus},
+            {DRDevicePhysicalInterconnectLocationKey, QString(location)},
+            {DRDeviceProductNameKey, text(info.product)},
+            {DRDeviceProfilePathKey, drive.file().path()},
+            {DRDeviceSerialNumberKey, serialNumber(drive)},
+            {DRDeviceSupportLevelKey,
+             QString(supported ? DRDeviceSupportLevelSupported : DRDeviceSupportLevelUnsupported)},
+            {DRDeviceVendorNameKey, text(info.vendor)},
+            {DRDeviceWriteBufferSizeKey, info.buffer_size},
+            {DRDeviceWriteCapabilitiesKey, writes}};
+}
+
+std::optional<MediumDescription> DriveDescription::medium(LibburnDrive &drive)
+{
+    using Track = MediumDescription::Track;
+    const burn::burn_disc_status status = burn::burn_disc_get_status(drive.handle());
+    const Profile *profile = find(drive.profile());
+    if (status == burn::BURN_DISC_EMPTY || status == burn::BURN_DISC_UNREADY
+        || (!profile && status == burn::BURN_DISC_UNSUITABLE && drive.profile() == 0))
+        return std::nullopt;
+    MediumDescription medium;
+    medium.type = profile ? profile->type : DRDeviceMediaTypeUnknown;
+    medium.mediaClass = profile ? profile->mediaClass : DRDeviceMediaClassUnknown;
+    medium.bsdName = QFileInfo(drive.file().path()).fileName();
+    medium.erasable = profile && profile->erasable;
+    medium.speeds = speeds(drive);
+    medium.blank = status == burn::BURN_DISC_BLANK;
+    medium.freeBlocks = freeBlocks(drive);
+    if (profile && profile->overwritable) {
+        medium.overwritableBlocks = medium.freeBlocks;
+        medium.usedBlocks =
+            needsFormatting(drive) ? 0 : usedOfOverwritable(drive, medium.freeBlocks);
+        medium.blank = medium.usedBlocks == 0;
+        if (!medium.blank)
+            medium.tracks = {{1, 0, medium.usedBlocks, false, Track::State::Complete}};
+    } else if (!medium.blank) {
+        medium.tracks = writtenTracks(drive);
+        for (const Track &written : std::as_const(medium.tracks))
+            medium.usedBlocks += written.length;
+    }
+    medium.appendable = medium.blank || status == burn::BURN_DISC_APPENDABLE;
+    if (!medium.appendable || (profile && profile->overwritable && !medium.blank))
+        medium.freeBlocks = 0;
+    if (medium.blank) // one empty track of its whole capacity
+        medium.tracks = {{1, 0, medium.freeBlocks, false, Track::State::Empty}};
+    return medium;
+}

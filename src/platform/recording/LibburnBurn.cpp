@@ -1,0 +1,284 @@
+#include "LibburnBurn.h"
+
+#include "DRKeys.h"
+#include "DiscVerifier.h"
+#include "DriveDescription.h"
+#include "LibburnErase.h"
+
+#include <QElapsedTimer>
+
+#include <array>
+#include <cmath>
+#include <sys/types.h>
+#include <thread>
+
+#include <libburn/libburn.h>
+
+namespace {
+
+constexpr int writeThreadEnded = 0x20178; // of libburn's list of codes
+constexpr std::chrono::milliseconds lookEvery(50);
+constexpr qint64 startPatience = 10000; // ms in which libburn begins or refuses
+constexpr qint64 lossPatience = 60000;  // ms in which it gives up a drive that is gone
+
+// Of the burn's percentage, where verifying begins.
+constexpr double verifyShare = 0.5;
+
+// What is reported while writing, in this order and none left out.
+constexpr std::array phases{DRStatusStateSessionOpen, DRStatusStateTrackOpen,
+                            DRStatusStateTrackWrite, DRStatusStateTrackClose,
+                            DRStatusStateSessionClose};
+enum Phase { SessionOpen, TrackOpen, TrackWrite, TrackClose, SessionClose };
+
+// Four seconds, IEC 60908. libburn announces as much to the drive and leaves the rest to its
+// caller.
+constexpr qint64 shortestCdTrack = 300;
+
+bool isCd(int profile)
+{
+    constexpr int firstDvd = 0x10;
+    return profile < firstDvd;
+}
+
+double singleSpeedOf(int profile)
+{
+    constexpr int firstBluRay = 0x40;
+    return isCd(profile) ? 176.4 : profile < firstBluRay ? 1385.0 : 4495.625;
+}
+
+Phase phaseOf(burn::burn_drive_status status, qint64 taken)
+{
+    switch (status) {
+    case burn::BURN_DRIVE_WRITING_LEADIN:
+    case burn::BURN_DRIVE_WRITING_PREGAP:
+        return TrackOpen;
+    case burn::BURN_DRIVE_CLOSING_TRACK:
+        return TrackClose;
+    case burn::BURN_DRIVE_CLOSING_SESSION:
+    case burn::BURN_DRIVE_WRITING_LEADOUT:
+        return SessionClose;
+    case burn::BURN_DRIVE_WRITING:
+        return taken > 0 ? TrackWrite : TrackOpen;
+    default:
+        return SessionOpen;
+    }
+}
+
+}
+
+// The disc as libburn is told of it, and how it is to be written.
+struct LibburnBurn::Disc
+{
+    explicit Disc(burn::burn_drive *drive)
+        : options(burn::burn_write_opts_new(drive))
+    {
+        burn::burn_disc_add_session(disc, session, BURN_POS_END);
+    }
+    ~Disc()
+    {
+        burn::burn_write_opts_free(options);
+        for (burn::burn_track *track : std::as_const(tracks))
+            burn::burn_track_free(track);
+        burn::burn_session_free(session);
+        burn::burn_disc_free(disc);
+    }
+    Disc(const Disc &) = delete;
+    Disc &operator=(const Disc &) = delete;
+
+    burn::burn_write_opts *options;
+    burn::burn_disc *disc = burn::burn_disc_create();
+    burn::burn_session *session = burn::burn_session_create();
+    QList<burn::burn_track *> tracks;
+};
+
+qint64 LibburnBurn::byteCount() const
+{
+    return m_layout.blockCount()
+           * (m_layout.isAudio() ? AudioSource::sectorSize : TrackContent::blockSize);
+}
+
+Result<> LibburnBurn::run()
+{
+    if (Result<> formatted = formatIfNeeded(); !formatted)
+        return formatted;
+    auto feed = std::make_unique<DiscFeed>(m_layout, isCd(m_drive.profile()) ? shortestCdTrack : 0,
+                                           m_report.stopToken());
+    auto disc = std::make_unique<Disc>(m_drive.handle());
+    Result<> done = compose(*disc, *feed);
+    if (done)
+        done = setOptions(*disc);
+    if (done)
+        done = write(*disc, *feed);
+    if (m_drive.isAbandoned()) { // libburn's thread may use them yet
+        std::ignore = disc.release();
+        std::ignore = feed.release();
+    }
+    if (!done)
+        return done;
+    if (Result<> going = m_report.checkStopped(); !going)
+        return going;
+    if (m_request.verify)
+        if (Result<> same = verify(*feed); !same)
+            return same;
+    m_report.setState(DRStatusStateFinishing);
+    return m_report.checkStopped();
+}
+
+Result<> LibburnBurn::formatIfNeeded()
+{
+    return DriveDescription::needsFormatting(m_drive) ? LibburnErase(m_drive, m_report).format()
+                                                      : Result<>(Done{});
+}
+
+Result<> LibburnBurn::compose(Disc &disc, DiscFeed &feed) const
+{
+    const bool audio = m_layout.isAudio();
+    for (const qint64 blocks : m_layout.trackLengths()) {
+        burn::burn_track *track = burn::burn_track_create();
+        disc.tracks.append(track);
+        burn::burn_track_define_data(track, 0, 0, 1, audio ? BURN_AUDIO : BURN_MODE1);
+        burn::burn_source *source = feed.sourceOf(blocks);
+        const bool set =
+            source && burn::burn_track_set_source(track, source) == burn::BURN_SOURCE_OK;
+        if (source)
+            burn::burn_source_free(source); // the track keeps its own reference
+        if (!set || burn::burn_session_add_track(disc.session, track, BURN_POS_END) <= 0)
+            return m_drive.failure(QStringLiteral("The disc's tracks cannot be described"));
+    }
+    return Done{};
+}
+
+// Audio is written disc-at-once, so that there are no gaps and CD-Text has its place; of data,
+// libburn knows best what drive and medium can do.
+Result<> LibburnBurn::setOptions(Disc &disc) const
+{
+    burn::burn_write_opts *options = disc.options;
+    QByteArray packs = m_layout.cdTextPacks();
+    burn::burn_write_opts_set_underrun_proof(options, 1);
+    burn::burn_write_opts_set_multi(options, m_request.appendable ? 1 : 0);
+    burn::burn_write_opts_set_obs_pad(options, 1);
+    constexpr int packSize = 18;
+    if (!packs.isEmpty()
+        && burn::burn_write_opts_set_leadin_text(options,
+                                                 reinterpret_cast<unsigned char *>(packs.data()),
+                                                 static_cast<int>(packs.size() / packSize), 0)
+               <= 0)
+        return m_drive.failure(QStringLiteral("The CD-Text is not accepted"));
+    std::array<char, BURN_REASONS_LEN> reasons{};
+    const bool chosen =
+        m_layout.isAudio()
+            ? burn::burn_write_opts_set_write_type(options, burn::BURN_WRITE_SAO,
+                                                   burn::BURN_BLOCK_SAO)
+            : burn::burn_write_opts_auto_write_type(options, disc.disc, reasons.data(), 2)
+                  != burn::BURN_WRITE_NONE;
+    if (!chosen || burn::burn_precheck_write(options, disc.disc, reasons.data(), 1) <= 0)
+        return Failure{QStringLiteral("The drive cannot write this on the medium: %1")
+                           .arg(QString::fromLocal8Bit(reasons.data()).simplified())};
+    burn::burn_drive_set_speed(m_drive.handle(), 0, static_cast<int>(std::ceil(m_request.speed)));
+    return Done{};
+}
+
+void LibburnBurn::enterUpTo(int phase)
+{
+    while (m_phase < phase) {
+        ++m_phase;
+        const QLatin1StringView state = phases.at(static_cast<size_t>(m_phase));
+        if (m_phase == TrackWrite)
+            m_report.beginPhase(state, 0, m_request.verify ? verifyShare : 1, byteCount(),
+                                singleSpeedOf(m_drive.profile()));
+        else
+            m_report.setState(state);
+    }
+}
+
+Result<> LibburnBurn::advance(qint64 bytes)
+{
+    Result<> going = m_report.advance(bytes);
+    m_speed = m_report.currentSpeed();
+    return going;
+}
+
+Result<> LibburnBurn::write(Disc &disc, DiscFeed &feed)
+{
+    enterUpTo(SessionOpen);
+    feed.queue().waitForReserve();
+    if (Result<> going = m_report.checkStopped(); !going)
+        return going;
+    if (Result<> ready = feed.queue().reason(); !ready)
+        return ready;
+    m_drive.messages().forget();
+    burn::burn_disc_write(disc.options, disc.disc);
+    return follow(feed);
+}
+
+// Until libburn's own thread has ended: it may still use the drive when that says it is idle.
+Result<> LibburnBurn::follow(DiscFeed &feed)
+{
+    Result<> stopped = Done{};
+    qint64 reported = 0;
+    QElapsedTimer idle;
+    idle.start();
+    QElapsedTimer lost;
+    for (;;) {
+        burn::burn_progress progress = {};
+        const burn::burn_drive_status status =
+            burn::burn_drive_get_status(m_drive.handle(), &progress);
+        if (status == burn::BURN_DRIVE_IDLE && m_drive.messages().contains(writeThreadEnded))
+            break;
+        if (status != burn::BURN_DRIVE_IDLE)
+            idle.restart();
+        else if (!m_drive.messages().complaint().isEmpty() || idle.hasExpired(startPatience))
+            return m_drive.failure(QStringLiteral("The drive refused to write"));
+        const qint64 taken = feed.queue().taken();
+        enterUpTo(phaseOf(status, taken));
+        Result<> going = m_phase == TrackWrite ? advance(taken - std::exchange(reported, taken))
+                                               : m_report.checkStopped();
+        if (going)
+            going = feed.queue().reason();
+        if (stopped && !going) {
+            stopped = going;
+            feed.queue().close();
+            burn::burn_drive_cancel(m_drive.handle());
+        }
+        if (m_drive.file().exists())
+            lost.invalidate();
+        else if (!lost.isValid())
+            lost.start();
+        else if (lost.hasExpired(lossPatience)) {
+            m_drive.abandon();
+            return m_drive.failure({});
+        }
+        std::this_thread::sleep_for(lookEvery);
+    }
+    if (Result<> written = result(stopped, feed.queue().taken()); !written)
+        return written;
+    enterUpTo(TrackWrite);
+    if (Result<> going = advance(byteCount() - reported); !going)
+        return going;
+    enterUpTo(SessionClose);
+    return Done{};
+}
+
+Result<> LibburnBurn::result(const Result<> &stopped, qint64 taken) const
+{
+    if (!stopped)
+        return stopped;
+    if (burn::burn_drive_wrote_well(m_drive.handle()) <= 0)
+        return m_drive.failure(QStringLiteral("The disc could not be written"));
+    if (taken != byteCount())
+        return Failure{
+            QStringLiteral("Only %1 of %2 bytes were written.").arg(taken).arg(byteCount())};
+    return Done{};
+}
+
+Result<> LibburnBurn::verify(const DiscFeed &feed)
+{
+    if (!m_drive.assessAgain())
+        return m_drive.failure(QStringLiteral("The written disc cannot be read"));
+    m_report.beginPhase(DRStatusStateVerifying, verifyShare, 1, byteCount(),
+                        singleSpeedOf(m_drive.profile()));
+    const Advance step = [this](qint64 bytes) { return advance(bytes); };
+    DiscVerifier verifier(m_drive, step);
+    return m_layout.isAudio() ? verifier.verifyAudio(feed)
+                              : verifier.verifyData(m_layout.tracks().first());
+}

@@ -1,0 +1,94 @@
+#include "LibburnErase.h"
+
+#include "DRKeys.h"
+#include "DriveDescription.h"
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <sys/types.h>
+#include <thread>
+
+#include <libburn/libburn.h>
+
+namespace {
+
+constexpr std::chrono::milliseconds lookEvery(50);
+constexpr qint64 lossPatience = 5000; // ms; a short hiccup of the bus is none
+constexpr int wholeProgress = 0x10000;
+constexpr qint64 blockSize = 2048;
+constexpr qint64 alignment = 16;      // blocks that DVD and BD write together
+constexpr qint64 writtenAtOnce = 256; // blocks
+constexpr qint64 volumeStart = 512;   // blocks in which every file system begins
+
+}
+
+Result<> LibburnErase::run(EraseType type)
+{
+    const int profile = m_drive.profile();
+    if (DriveDescription::isOverwritable(profile)) {
+        if (DriveDescription::needsFormatting(m_drive))
+            return format();
+        const qint64 all = DriveDescription::freeBlocks(m_drive) / alignment * alignment;
+        return overwrite(type == EraseType::Quick ? std::min(volumeStart, all) : all);
+    }
+    m_drive.messages().forget();
+    m_report.beginPhase(DRStatusStateErasing, 0, 1, wholeProgress, 0);
+    burn::burn_disc_erase(m_drive.handle(), type == EraseType::Quick ? 1 : 0);
+    return follow();
+}
+
+Result<> LibburnErase::format()
+{
+    constexpr int toDefaultSize = 3 << 1;
+    constexpr int withoutCertification = 1 << 6;
+    m_drive.messages().forget();
+    burn::burn_disc_format(m_drive.handle(), 0, toDefaultSize | withoutCertification);
+    return follow();
+}
+
+Result<> LibburnErase::follow()
+{
+    int reported = 0;
+    QElapsedTimer lost;
+    burn::burn_progress progress = {};
+    while (burn::burn_drive_get_status(m_drive.handle(), &progress) != burn::BURN_DRIVE_IDLE) {
+        const int done = std::clamp(progress.sector, reported, wholeProgress);
+        // Whether it was cancelled is asked in the end: the drive does not stop.
+        std::ignore = m_report.advance(done - std::exchange(reported, done));
+        if (m_drive.file().exists())
+            lost.invalidate();
+        else if (!lost.isValid())
+            lost.start();
+        else if (lost.hasExpired(lossPatience)) {
+            m_drive.abandon(); // libburn asks for its progress without end
+            return m_drive.failure({});
+        }
+        std::this_thread::sleep_for(lookEvery);
+    }
+    std::this_thread::sleep_for(lookEvery); // libburn's thread ends after it has said so
+    if (!m_drive.messages().complaint().isEmpty()
+        || burn::burn_drive_wrote_well(m_drive.handle()) <= 0)
+        return m_drive.failure(QStringLiteral("The drive did not erase the medium"));
+    if (!m_drive.assessAgain())
+        return m_drive.failure(QStringLiteral("The erased medium cannot be used"));
+    return m_report.checkStopped();
+}
+
+Result<> LibburnErase::overwrite(qint64 blocks)
+{
+    QByteArray zeros(writtenAtOnce * blockSize, '\0');
+    m_drive.messages().forget();
+    m_report.beginPhase(DRStatusStateErasing, 0, 1, blocks * blockSize, 0);
+    for (qint64 block = 0; block < blocks; block += writtenAtOnce) {
+        const qint64 count = std::min(writtenAtOnce, blocks - block);
+        const bool last = block + count >= blocks;
+        if (burn::burn_random_access_write(m_drive.handle(), block * blockSize, zeros.data(),
+                                           count * blockSize, last ? 1 : 0)
+            <= 0)
+            return m_drive.failure(QStringLiteral("The medium cannot be overwritten"));
+        if (Result<> going = m_report.advance(count * blockSize); !going)
+            return going;
+    }
+    return m_report.checkStopped();
+}

@@ -1,0 +1,354 @@
+// The driver of real drives against the emulated one: what is told of drive and media, burns of
+// every kind and their ends, erasing, and drives that come and go.
+#include "AudioDisc.h"
+#include "BurnRun.h"
+#include "DRCDTextKeys.h"
+#include "DRKeys.h"
+#include "RealDrive.h"
+#include "TestMain.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+
+#include <csignal>
+
+class LibburnRecorderTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_drive = std::make_unique<RealDrive>(); }
+    void cleanup() { m_drive.reset(); }
+
+    void describesDriveAndMedium();
+    void burnsData_data();
+    void burnsData();
+    void burnsAudio();
+    void shortTracksAreFilledUp();
+    void erases_data();
+    void erases();
+    void refusals_data();
+    void refusals();
+    void faults_data();
+    void faults();
+    void cancelled_data();
+    void cancelled();
+    void childrenDoNotHoldTheDrive();
+    void waitsForTheMedium();
+    void unpluggedWhileErasing();
+    void comesAndGoes();
+
+private:
+    [[nodiscard]] BurnRequest imageOf(qint64 bytes) const
+    {
+        BurnRequest request;
+        request.tracks = {
+            DRTrack::trackForImageFile(m_drive->makeSource(QStringLiteral("image.iso"), bytes))};
+        return request;
+    }
+    [[nodiscard]] Result<> burn(const BurnRequest &request) const
+    {
+        BurnRun run;
+        return burn(run, request);
+    }
+    [[nodiscard]] Result<> burn(BurnRun &run, const BurnRequest &request) const
+    {
+        Result<> result = Done{};
+        m_drive->onItsThread([&] { result = run.burn(m_drive->recorder(), request); });
+        return result;
+    }
+    [[nodiscard]] Result<> erase(BurnRun &run, EraseType type) const
+    {
+        Result<> result = Done{};
+        m_drive->onItsThread([&] { result = run.erase(m_drive->recorder(), type); });
+        return result;
+    }
+    [[nodiscard]] QVariantMap medium() const
+    {
+        return m_drive->device().status().value(DRDeviceMediaInfoKey).toMap();
+    }
+
+    std::unique_ptr<RealDrive> m_drive;
+};
+
+namespace {
+
+constexpr qint64 blockSize = 2048;
+
+}
+
+void LibburnRecorderTest::describesDriveAndMedium()
+{
+    const DRDevice device = m_drive->device();
+    QCOMPARE(device.displayName(), QStringLiteral("EMULATED DVD-RW TESTDRIVE"));
+    QVERIFY(device.writesCD() && device.writesDVD());
+    const QVariantMap info = device.info();
+    const QMap<QString, QVariant> expected{
+        {DRDeviceVendorNameKey, QStringLiteral("EMULATED")},
+        {DRDeviceFirmwareRevisionKey, QStringLiteral("1.00")},
+        {DRDeviceSerialNumberKey, QStringLiteral("MMC0001")},
+        {DRDevicePhysicalInterconnectKey, QStringLiteral("SATA")},
+        {DRDevicePhysicalInterconnectLocationKey,
+         QString(DRDevicePhysicalInterconnectLocationInternal)},
+        {DRDeviceLoadingMechanismCanEjectKey, true},
+        {DRDeviceWriteBufferSizeKey, 2048},
+        {DRDeviceSupportLevelKey, QString(DRDeviceSupportLevelSupported)}};
+    for (auto it = expected.cbegin(); it != expected.cend(); ++it)
+        QCOMPARE(info.value(it.key()), it.value());
+    const QVariantMap writes = info.value(DRDeviceWriteCapabilitiesKey).toMap();
+    QVERIFY(writes.value(DRDeviceCanWriteCDTextKey).toBool());
+    QVERIFY(writes.value(DRDeviceCanWriteBDREKey).toBool());
+    QVERIFY(!writes.value(DRDeviceCanWriteDVDRKey).toBool());
+
+    QCOMPARE(device.mediaType(), QString(DRDeviceMediaTypeCDRW));
+    QCOMPARE(device.bsdName(), QStringLiteral("sr0"));
+    QCOMPARE(device.mediaSpaceFree(), DRMSF(359849));
+    QVERIFY(device.mediaIsBlank() && device.mediaIsAppendable() && device.mediaIsErasable());
+    QCOMPARE(medium().value(DRDeviceBurnSpeedsKey),
+             QVariant(QVariantList{704.0, 1408.0, 1760.0, 4224.0}));
+    QCOMPARE(device.status().value(DRDeviceMaximumWriteSpeedKey).toDouble(), 4224.0);
+}
+
+void LibburnRecorderTest::burnsData_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<bool>("appendable");
+    QTest::addColumn<qint64>("blocks");
+    QTest::newRow("CD-R at once") << QString(DRDeviceMediaTypeCDR) << false << qint64(700);
+    QTest::newRow("CD-RW appendable") << QString(DRDeviceMediaTypeCDRW) << true << qint64(701);
+    QTest::newRow("DVD+RW") << QString(DRDeviceMediaTypeDVDPlusRW) << false << qint64(1000);
+    QTest::newRow("BD-RE") << QString(DRDeviceMediaTypeBDRE) << false << qint64(333);
+}
+
+void LibburnRecorderTest::burnsData()
+{
+    QFETCH(const QString, type);
+    QFETCH(const bool, appendable);
+    QFETCH(const qint64, blocks);
+    m_drive->insert(type, 20000);
+    BurnRequest request = imageOf(blocks * blockSize);
+    request.verify = true;
+    request.appendable = appendable;
+    request.speed = 1408;
+    m_drive->emulated().noteCommands();
+    BurnRun run;
+    const Result<> burned = burn(run, request);
+    QVERIFY2(burned, qPrintable(burned.error()));
+    QCOMPARE(run.states(),
+             (QStringList{DRStatusStateSessionOpen, DRStatusStateTrackOpen, DRStatusStateTrackWrite,
+                          DRStatusStateTrackClose, DRStatusStateSessionClose,
+                          DRStatusStateVerifying, DRStatusStateFinishing}));
+    QVERIFY(std::ranges::is_sorted(run.fractions()));
+    QVERIFY(m_drive->burnedData(blocks * blockSize)
+            == fileContent(m_drive->sourcePath(QStringLiteral("image.iso"))));
+    QVERIFY(!m_drive->device().mediaIsBlank());
+    QCOMPARE(m_drive->device().mediaIsAppendable(), appendable);
+    if (type != DRDeviceMediaTypeCDRW)
+        return;
+    const QRegularExpression setSpeed(QStringLiteral("^bb 00 .. .. 05 80"));
+    QVERIFY(!m_drive->emulated().commands().filter(setSpeed).isEmpty());
+}
+
+void LibburnRecorderTest::burnsAudio()
+{
+    m_drive->insert(DRDeviceMediaTypeCDR);
+    const AudioDisc disc(*m_drive);
+    BurnRequest request = disc.request();
+    request.verify = true;
+    DRCDTextBlock text = DRCDTextBlock::cdTextBlockWithLanguage(QStringLiteral("en"),
+                                                                DRCDTextBlock::Encoding::Ascii);
+    text.setTrackDictionaries({{{DRCDTextTitleKey, QStringLiteral("Disc")}},
+                               {{DRCDTextTitleKey, QStringLiteral("One")}}});
+    request.cdText = {text};
+    const Result<> burned = burn(request);
+    QVERIFY2(burned, qPrintable(burned.error()));
+    QVERIFY(m_drive->burnedAudio() == disc.content());
+    QVERIFY(m_drive->emulated().packs().contains("Disc"));
+    QCOMPARE(medium().value(DRDeviceMediaTrackCountKey).toInt(), 3);
+}
+
+// A track on CD lasts four seconds, 300 sectors, at least.
+void LibburnRecorderTest::shortTracksAreFilledUp()
+{
+    BurnRequest request;
+    QByteArray content;
+    for (const int sectors : {100, 310, 1}) {
+        const QByteArray sound = WavTracks::noise(sectors * 588, static_cast<uint>(sectors));
+        const QString name = QStringLiteral("%1.wav").arg(sectors);
+        request.tracks.append(
+            DRTrack::trackForAudioFile(m_drive->storeSource(name, WavTracks::wav(sound))));
+        content += sound + QByteArray(std::max(300 - sectors, 0) * 2352, '\0');
+    }
+    request.verify = true;
+    const Result<> burned = burn(request);
+    QVERIFY2(burned, qPrintable(burned.error()));
+    QVERIFY(m_drive->burnedAudio() == content);
+}
+
+void LibburnRecorderTest::erases_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<bool>("complete");
+    for (const QLatin1StringView type :
+         {DRDeviceMediaTypeCDRW, DRDeviceMediaTypeDVDPlusRW, DRDeviceMediaTypeBDRE})
+        for (const bool complete : {false, true})
+            QTest::addRow("%s %d", type.data(), complete) << QString(type) << complete;
+}
+
+void LibburnRecorderTest::erases()
+{
+    QFETCH(const QString, type);
+    QFETCH(const bool, complete);
+    constexpr qint64 size = 2000 * blockSize;
+    m_drive->insert(type, 20000);
+    QVERIFY(burn(imageOf(size)));
+    QVERIFY(!m_drive->device().mediaIsBlank());
+    BurnRun run;
+    const Result<> erased = erase(run, complete ? EraseType::Complete : EraseType::Quick);
+    QVERIFY2(erased, qPrintable(erased.error()));
+    QVERIFY(std::ranges::is_sorted(run.fractions()));
+    QVERIFY(m_drive->device().mediaIsBlank());
+    const bool allZero = m_drive->burnedData(size) == QByteArray(size, '\0');
+    QCOMPARE(allZero, complete || type == DRDeviceMediaTypeCDRW);
+    QVERIFY(burn(imageOf(size)));
+}
+
+void LibburnRecorderTest::refusals_data()
+{
+    QTest::addColumn<QString>("medium");
+    QTest::addColumn<QString>("faults");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("no medium") << "none" << QString() << "There is no medium in the recorder.";
+    QTest::newRow("too small") << "cd-r 400" << QString()
+                               << "The source needs 500 blocks, the medium holds 400.";
+    QTest::newRow("pressed") << "cd-rom" << QString() << "The medium is not blank.";
+    QTest::newRow("no permission") << "cd-r"
+                                   << "denied"
+                                   << "in the group cdrom";
+    QTest::newRow("in use") << "cd-r"
+                            << "busy"
+                            << "Another program uses /dev/sr0";
+    QTest::newRow("unplugged") << "cd-r"
+                               << "gone"
+                               << "not attached any more";
+    QTest::newRow("spun up for long") << "cd-r"
+                                      << "not-ready 600"
+                                      << "does not get its medium ready";
+}
+
+void LibburnRecorderTest::refusals()
+{
+    QFETCH(const QString, medium);
+    QFETCH(const QString, faults);
+    QFETCH(const QString, reason);
+    m_drive->emulated().insert(medium);
+    m_drive->emulated().setFaults(faults);
+    const Result<> burned = burn(imageOf(500 * blockSize));
+    QVERIFY(!burned);
+    QVERIFY2(burned.error().contains(reason), qPrintable(burned.error()));
+}
+
+void LibburnRecorderTest::faults_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QString>("reason");
+    const QString cd = DRDeviceMediaTypeCDR;
+    const QString dvd = DRDeviceMediaTypeDVDPlusRW;
+    QTest::newRow("CD write error") << cd << "write-error 300"
+                                    << "SCSI error on write";
+    QTest::newRow("DVD write error") << dvd << "write-error 300"
+                                     << "SCSI error on write";
+    QTest::newRow("read error") << cd << "read-error 300"
+                                << "Block 300 of the disc cannot be read";
+    QTest::newRow("wrong bit") << cd << "flip 300"
+                               << "difference in block 300";
+    QTest::newRow("unplugged") << cd << "gone 300"
+                               << "The recorder was disconnected";
+    QTest::newRow("unplugged while verifying") << dvd << "gone-reading 300"
+                                               << "disconnected";
+    QTest::newRow("taken out") << dvd << "pull-out 300"
+                               << "The medium was taken out";
+    QTest::newRow("refused") << cd << "refuse 0x5d"
+                             << "cue sheet";
+}
+
+void LibburnRecorderTest::faults()
+{
+    QFETCH(const QString, type);
+    QFETCH(const QString, fault);
+    QFETCH(const QString, reason);
+    m_drive->insert(type, 20000);
+    m_drive->emulated().setFaults(fault);
+    BurnRequest request = imageOf(1000 * blockSize);
+    request.verify = true;
+    const Result<> burned = burn(request);
+    QVERIFY(!burned);
+    QVERIFY2(burned.error().contains(reason, Qt::CaseInsensitive), qPrintable(burned.error()));
+    QVERIFY(!m_drive->device().status().value(DRDeviceIsBusyKey).toBool());
+}
+
+void LibburnRecorderTest::cancelled_data()
+{
+    QTest::addColumn<QString>("state");
+    for (const QLatin1StringView state :
+         {DRStatusStateSessionOpen, DRStatusStateTrackWrite, DRStatusStateVerifying})
+        QTest::newRow(state.data()) << QString(state);
+}
+
+void LibburnRecorderTest::cancelled()
+{
+    QFETCH(const QString, state);
+    m_drive->emulated().setFaults(QStringLiteral("pace 20000"));
+    BurnRequest request = imageOf(4000 * blockSize);
+    request.verify = true;
+    BurnRun run;
+    run.at(state, [&run] { run.stop(); });
+    const Result<> burned = burn(run, request);
+    QCOMPARE(burned.error(), QStringLiteral("The job was cancelled."));
+    QCOMPARE(run.states().last(), state);
+    QCOMPARE(m_drive->device().mediaIsBlank(), state == DRStatusStateSessionOpen);
+}
+
+void LibburnRecorderTest::childrenDoNotHoldTheDrive()
+{
+    BurnRun run;
+    qint64 child = 0;
+    run.at(DRStatusStateTrackWrite, [&child] {
+        QProcess::startDetached(QStringLiteral("sleep"), {QStringLiteral("60")}, {}, &child);
+    });
+    QVERIFY(burn(run, imageOf(500 * blockSize)));
+    QVERIFY(child > 0 && !m_drive->isHeld());
+    ::kill(static_cast<pid_t>(child), SIGKILL);
+}
+
+void LibburnRecorderTest::waitsForTheMedium()
+{
+    m_drive->emulated().setFaults(QStringLiteral("not-ready 3"));
+    const Result<> burned = burn(imageOf(500 * blockSize));
+    QVERIFY2(burned, qPrintable(burned.error()));
+}
+
+void LibburnRecorderTest::unpluggedWhileErasing()
+{
+    BurnRun run;
+    m_drive->emulated().setFaults(QStringLiteral("gone-after 0xa1"));
+    const Result<> erased = erase(run, EraseType::Complete);
+    QVERIFY2(erased.error().contains(QStringLiteral("disconnected")), qPrintable(erased.error()));
+    QTRY_VERIFY(!m_drive->device().isValid());
+}
+
+void LibburnRecorderTest::comesAndGoes()
+{
+    m_drive->insert(DRDeviceMediaTypeDVDPlusRW, 3000);
+    m_drive->detach();
+    QVERIFY(!m_drive->device().isValid());
+    m_drive->attach();
+    QVERIFY(m_drive->device().isValid());
+    QCOMPARE(m_drive->device().mediaType(), QString(DRDeviceMediaTypeDVDPlusRW));
+    QVERIFY(m_drive->device().ejectMedia());
+    QTRY_VERIFY(!m_drive->device().mediaIsPresent() && m_drive->device().trayIsOpen());
+}
+
+MAPLORN_TEST_MAIN(LibburnRecorderTest)
+#include "LibburnRecorderTest.moc"

@@ -1,0 +1,44 @@
+// The drive of a test that burns with libburn, in the emulated drive. Main thread.
+#pragma once
+
+#include "EmulatedDrive.h"
+#include "RecorderMonitor.h"
+#include "TestDrive.h"
+
+#include <functional>
+
+class RealDrive : public TestDrive
+{
+public:
+    RealDrive(); // with a blank CD-RW
+    ~RealDrive() override;
+
+    [[nodiscard]] EmulatedDrive &emulated() { return m_emulated; }
+    [[nodiscard]] LibburnRecorder &recorder() const;
+    [[nodiscard]] DRDevice device() const override { return m_device; }
+
+    void insert(const QString &type, qint64 capacity = 0) override;
+    [[nodiscard]] bool takes(const QString &type) const override;
+    void keepToSpeed() override { m_emulated.setFaults(QStringLiteral("pace 0")); }
+    void holdElsewhere(bool held) override;
+    [[nodiscard]] bool isHeld() const override;
+    void detach() override;
+
+    // Does it on the recorder's own thread, after what is done there now, and waits for its end.
+    void onItsThread(const std::function<void()> &task) const;
+    void attach() override;
+
+    [[nodiscard]] QByteArray burnedData(qint64 bytes) const override;
+    [[nodiscard]] QByteArray burnedAudio() const override;
+    [[nodiscard]] QByteArray burnedPacks() const override { return m_emulated.packs(); }
+
+private:
+    void awaitDevice();
+
+    EmulatedDrive m_emulated;
+    std::unique_ptr<RecorderMonitor> m_monitor;
+    DRDevice m_device;
+};
+
+// The drive of the tests that run with either kind: real where MAPLORN_TEST_DRIVE says so.
+[[nodiscard]] std::unique_ptr<TestDrive> makeTestDrive();

@@ -7,6 +7,7 @@
 #include "MediaTypes.h"
 #include "RealDrive.h"
 #include "Session.h"
+#include "VirtualDrive.h"
 #include "WindowTestMain.h"
 
 #include <QCheckBox>
@@ -225,6 +226,7 @@ void EraseTest::cancelErasesNothing()
 // An erase that waited for the burn's end would take the disc that was just made.
 void EraseTest::burnBeforeIsKept()
 {
+    m_drive->keepToSpeed();
     DRBurn burn = DRBurn::initWithDevice(m_drive->device());
     burn.setRequestedBurnSpeed(706); // KB/s: it runs still when the erase is started
     const JobLog log(burn);

@@ -1,20 +1,12 @@
 #include "AudioRepository.h"
 
-#include "FileTools.h"
 #include "PropertyList.h"
+#include "RepositoryFolder.h"
 #include "TreeCopy.h"
 
 #include <QDir>
-#include <QTemporaryDir>
-
-#include <cstdio>
 
 namespace {
-
-QString repository()
-{
-    return MiscTool::getCachedPath() + QStringLiteral("/Repository");
-}
 
 // Of tracks that have the same file name the first is kept.
 void copyFile(const QString &from, const QString &to, const std::stop_token &stop)
@@ -36,9 +28,7 @@ void copyFile(const QString &from, const QString &to, const std::stop_token &sto
 
 QString AudioRepository::folder()
 {
-    const QString path = repository() + QStringLiteral("/Music");
-    QDir().mkpath(path);
-    return path;
+    return RepositoryFolder::made(RepositoryFolder::repository() + QStringLiteral("/Music"));
 }
 
 qsizetype AudioRepository::count()
@@ -62,33 +52,32 @@ bool AudioRepository::exists(const QString &name)
     return place.exists() || place.isSymLink();
 }
 
-// Made aside and moved over the empty folder that stands for the name meanwhile.
+// Made aside; an empty folder stands for the name meanwhile, so that nobody else takes it.
 Result<> AudioRepository::save(const Record &record, const std::stop_token &stop)
 {
     const QString place = folder() + u'/' + record.name;
     if (!isName(record.name) || !QDir().mkdir(place))
         return Failure{QStringLiteral("%1: the folder cannot be made").arg(place)};
-    QTemporaryDir incoming(repository() + QStringLiteral("/incoming-XXXXXX"));
     const auto giveUp = [&place](const QString &reason) {
         QDir().rmdir(place);
         return Failure{reason};
     };
+    RepositoryFolder::Incoming incoming(RepositoryFolder::repository());
+    const QDir copy(incoming.copy());
     if (!incoming.isValid())
         return giveUp(incoming.errorString());
+    if (!QDir().mkdir(copy.path()))
+        return giveUp(QStringLiteral("%1: the folder cannot be made").arg(copy.path()));
     for (qsizetype i = 0; i < record.paths.size() && !stop.stop_requested(); ++i)
-        copyFile(record.paths.at(i), incoming.filePath(record.names.at(i)), stop);
+        copyFile(record.paths.at(i), copy.filePath(record.names.at(i)), stop);
     if (!record.cdText.isEmpty()) {
-        const QString list = incoming.filePath(QStringLiteral("CD-Text.plist"));
+        const QString list = copy.filePath(QStringLiteral("CD-Text.plist"));
         if (const Result<> written = PropertyList::write(list, record.cdText); !written)
             qWarning().noquote() << "the CD-Text was left out of the record:" << written.error();
     }
     if (stop.stop_requested())
         return giveUp(QStringLiteral("The saving was stopped."));
-    QFile::setPermissions(incoming.path(), QFile::permissions(place)); // a temporary one is private
-    if (std::rename(QFile::encodeName(incoming.path()).constData(),
-                    QFile::encodeName(place).constData())
-        != 0)
-        return giveUp(QStringLiteral("%1: %2").arg(place, qt_error_string(errno)));
-    incoming.setAutoRemove(false);
+    if (const Result<> placed = incoming.takePlace(place); !placed)
+        return giveUp(placed.error());
     return Done{};
 }

@@ -4,7 +4,6 @@
 #include "FeedbackPanel.h"
 #include "Form.h"
 #include "Localized.h"
-#include "MainQueue.h"
 #include "Session.h"
 #include "ui_Feedback.h"
 
@@ -137,7 +136,7 @@ void FeedbackViewController::remove(const QString &id)
     else if (!isRemoved)
         MiscTool::showAlert(localized("Feedback", "Failed to delete."),
                             localized("Feedback", "Please try again later."));
-    MainQueue::async(this, [this] { loadData(); }); // when this waiting is over
+    loadData();
 }
 
 void FeedbackViewController::addAction()

@@ -3,7 +3,6 @@
 #include "Alerts.h"
 #include "Form.h"
 #include "Localized.h"
-#include "MainQueue.h"
 #include "NotificationPanel.h"
 #include "Session.h"
 #include "ui_Notification.h"
@@ -127,5 +126,5 @@ void NotificationViewController::remove(const QString &id)
     if (!isRemoved)
         MiscTool::showAlert(localized("Notification", "Failed to delete."),
                             localized("Notification", "Please try again later."));
-    MainQueue::async(this, [this] { loadData(); }); // when this waiting is over
+    loadData();
 }

@@ -2,7 +2,10 @@
 // which it is controlled. There is nothing else in this library's world.
 #include "Controls.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
+#include <string_view>
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -20,6 +23,22 @@ struct Object
 bool isThere()
 {
     return Controls::instance() && !Controls::instance()->isGone();
+}
+
+std::string_view kindName(const mmc::Medium &medium)
+{
+    switch (medium.profile()) {
+    case mmc::CdR:
+        return "CD_R";
+    case mmc::CdRw:
+        return "CD_RW";
+    case mmc::DvdPlusRw:
+        return "DVD_PLUS_RW";
+    case mmc::BdRe:
+        return "BD_RE";
+    default:
+        return "CD";
+    }
 }
 
 constexpr const char *place = "/sys/devices/emulated/block/sr0";
@@ -125,10 +144,41 @@ const char *udev_device_get_action(udev_device *device)
     return device->action;
 }
 
+// As cdrom_id of systemd makes them of what it asks the drive.
 const char *udev_device_get_property_value(udev_device *, const char *key)
 {
-    return std::strcmp(key, "ID_CDROM") == 0 ? "1"
-           : std::strcmp(key, "ID_BUS") == 0 ? "ata"
+    constexpr std::string_view prefix = "ID_CDROM_MEDIA_";
+    constexpr std::array written{"ID_CDROM",       "ID_CDROM_CD",   "ID_CDROM_CD_R",
+                                 "ID_CDROM_CD_RW", "ID_CDROM_DVD",  "ID_CDROM_DVD_PLUS_RW",
+                                 "ID_CDROM_BD",    "ID_CDROM_BD_RE"};
+    const std::string_view name(key);
+    if (std::ranges::find(written, name) != written.end())
+        return "1";
+    if (name == "ID_SERIAL_SHORT")
+        return "MMC0001";
+    Controls::instance()->takeInsertions();
+    const mmc::Medium &medium = Controls::instance()->registers().medium;
+    if (!medium.isPresent() || !name.starts_with(prefix.substr(0, prefix.size() - 1)))
+        return nullptr;
+    if (name == "ID_CDROM_MEDIA_STATE")
+        return medium.isBlank() && !medium.kind().overwritable  ? "blank"
+               : medium.finalized || medium.kind().overwritable ? "complete"
+                                                                : "appendable";
+    const bool kind = name.starts_with(prefix) && name.substr(prefix.size()) == kindName(medium);
+    return kind || name == "ID_CDROM_MEDIA" ? "1" : nullptr;
+}
+
+udev_device *udev_device_get_parent_with_subsystem_devtype(udev_device *device, const char *,
+                                                           const char *)
+{
+    return device;
+}
+
+const char *udev_device_get_sysattr_value(udev_device *, const char *name)
+{
+    return std::strcmp(name, "vendor") == 0  ? "EMULATED"
+           : std::strcmp(name, "model") == 0 ? "DVD-RW TESTDRIVE"
+           : std::strcmp(name, "rev") == 0   ? "1.00"
                                              : nullptr;
 }
 

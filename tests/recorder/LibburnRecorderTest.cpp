@@ -23,7 +23,9 @@ private Q_SLOTS:
     void describesDriveAndMedium();
     void burnsData_data();
     void burnsData();
+    void burnsAudio_data();
     void burnsAudio();
+    void alignsWhatStartsWithATone();
     void shortTracksAreFilledUp();
     void erases_data();
     void erases();
@@ -35,7 +37,13 @@ private Q_SLOTS:
     void cancelled();
     void childrenDoNotHoldTheDrive();
     void waitsForTheMedium();
+    void unreadableIsNotBlank();
+    void cancelledErase_data();
+    void cancelledErase();
     void unpluggedWhileErasing();
+    void notToBeAsked_data();
+    void notToBeAsked();
+    void ejectsWhatIsSpunUp();
     void comesAndGoes();
 
 private:
@@ -118,6 +126,7 @@ void LibburnRecorderTest::burnsData_data()
     QTest::newRow("CD-RW appendable") << QString(DRDeviceMediaTypeCDRW) << true << qint64(701);
     QTest::newRow("DVD+RW") << QString(DRDeviceMediaTypeDVDPlusRW) << false << qint64(1000);
     QTest::newRow("BD-RE") << QString(DRDeviceMediaTypeBDRE) << false << qint64(333);
+    QTest::newRow("BD-RE appendable") << QString(DRDeviceMediaTypeBDRE) << true << qint64(64);
 }
 
 void LibburnRecorderTest::burnsData()
@@ -142,19 +151,28 @@ void LibburnRecorderTest::burnsData()
     QVERIFY(m_drive->burnedData(blocks * blockSize)
             == fileContent(m_drive->sourcePath(QStringLiteral("image.iso"))));
     QVERIFY(!m_drive->device().mediaIsBlank());
-    QCOMPARE(m_drive->device().mediaIsAppendable(), appendable);
+    QCOMPARE(m_drive->device().mediaIsAppendable(), appendable && type == DRDeviceMediaTypeCDRW);
     if (type != DRDeviceMediaTypeCDRW)
         return;
     const QRegularExpression setSpeed(QStringLiteral("^bb 00 .. .. 05 80"));
     QVERIFY(!m_drive->emulated().commands().filter(setSpeed).isEmpty());
 }
 
+void LibburnRecorderTest::burnsAudio_data()
+{
+    QTest::addColumn<bool>("appendable");
+    QTest::newRow("closed") << false;
+    QTest::newRow("appendable") << true;
+}
+
 void LibburnRecorderTest::burnsAudio()
 {
+    QFETCH(const bool, appendable);
     m_drive->insert(DRDeviceMediaTypeCDR);
     const AudioDisc disc(*m_drive);
     BurnRequest request = disc.request();
     request.verify = true;
+    request.appendable = appendable;
     DRCDTextBlock text = DRCDTextBlock::cdTextBlockWithLanguage(QStringLiteral("en"),
                                                                 DRCDTextBlock::Encoding::Ascii);
     text.setTrackDictionaries({{{DRCDTextTitleKey, QStringLiteral("Disc")}},
@@ -165,6 +183,20 @@ void LibburnRecorderTest::burnsAudio()
     QVERIFY(m_drive->burnedAudio() == disc.content());
     QVERIFY(m_drive->emulated().packs().contains("Disc"));
     QCOMPARE(medium().value(DRDeviceMediaTrackCountKey).toInt(), 3);
+    QCOMPARE(m_drive->device().mediaIsAppendable(), appendable);
+}
+
+// The drive reads from an address that is off by six samples. The tone repeats itself every four.
+void LibburnRecorderTest::alignsWhatStartsWithATone()
+{
+    const QByteArray wave = QByteArray::fromHex("01000100020002000300030002000200");
+    const QByteArray sound = wave.repeated(20 * 588 / 4) + WavTracks::noise(300 * 588, 1);
+    BurnRequest request;
+    request.tracks = {DRTrack::trackForAudioFile(
+        m_drive->storeSource(QStringLiteral("tone.wav"), WavTracks::wav(sound)))};
+    request.verify = true;
+    const Result<> burned = burn(request);
+    QVERIFY2(burned, qPrintable(burned.error()));
 }
 
 // A track on CD lasts four seconds, 300 sectors, at least.
@@ -255,6 +287,7 @@ void LibburnRecorderTest::faults_data()
     QTest::addColumn<QString>("reason");
     const QString cd = DRDeviceMediaTypeCDR;
     const QString dvd = DRDeviceMediaTypeDVDPlusRW;
+    const QString audio; // on CD-R
     QTest::newRow("CD write error") << cd << "write-error 300"
                                     << "SCSI error on write";
     QTest::newRow("DVD write error") << dvd << "write-error 300"
@@ -269,6 +302,12 @@ void LibburnRecorderTest::faults_data()
                                                << "disconnected";
     QTest::newRow("taken out") << dvd << "pull-out 300"
                                << "The medium was taken out";
+    QTest::newRow("audio write error") << audio << "write-error 300"
+                                       << "SCSI error on write";
+    QTest::newRow("audio read error") << audio << "read-error 300"
+                                      << "(00:04:00) cannot be read";
+    QTest::newRow("wrong sample") << audio << "flip 300"
+                                  << "difference in sector 300";
     QTest::newRow("refused") << cd << "refuse 0x5d"
                              << "cue sheet";
 }
@@ -278,9 +317,10 @@ void LibburnRecorderTest::faults()
     QFETCH(const QString, type);
     QFETCH(const QString, fault);
     QFETCH(const QString, reason);
-    m_drive->insert(type, 20000);
+    m_drive->insert(type.isEmpty() ? QString(DRDeviceMediaTypeCDR) : type, 20000);
     m_drive->emulated().setFaults(fault);
-    BurnRequest request = imageOf(1000 * blockSize);
+    BurnRequest request =
+        type.isEmpty() ? AudioDisc(*m_drive).request() : imageOf(1000 * blockSize);
     request.verify = true;
     const Result<> burned = burn(request);
     QVERIFY(!burned);
@@ -329,6 +369,49 @@ void LibburnRecorderTest::waitsForTheMedium()
     QVERIFY2(burned, qPrintable(burned.error()));
 }
 
+// What cannot be read might be all that there is of something.
+void LibburnRecorderTest::unreadableIsNotBlank()
+{
+    m_drive->insert(DRDeviceMediaTypeDVDPlusRW, 20000);
+    BurnRun run;
+    run.at(DRStatusStateTrackWrite,
+           [this] { m_drive->emulated().setFaults(QStringLiteral("read-error 16")); });
+    QVERIFY(burn(run, imageOf(500 * blockSize)));
+    QVERIFY(m_drive->device().mediaIsPresent() && !m_drive->device().mediaIsBlank());
+    QCOMPARE(burn(imageOf(500 * blockSize)).error(), QStringLiteral("The medium is not blank."));
+}
+
+void LibburnRecorderTest::cancelledErase_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<QString>("command"); // the last that must not, or must, have been sent
+    QTest::addColumn<bool>("sent");
+    QTest::newRow("before it begins")
+        << QString(DRDeviceMediaTypeCDRW) << QString() << "^a1" << false;
+    QTest::newRow("in the middle")
+        << QString(DRDeviceMediaTypeDVDPlusRW) << QString(DRStatusStateErasing) << "^35" << true;
+}
+
+void LibburnRecorderTest::cancelledErase()
+{
+    QFETCH(const QString, type);
+    QFETCH(const QString, state);
+    QFETCH(const QString, command);
+    QFETCH(const bool, sent);
+    m_drive->insert(type, 20000);
+    QVERIFY(burn(imageOf(500 * blockSize)));
+    m_drive->emulated().noteCommands();
+    BurnRun run;
+    if (state.isEmpty())
+        run.stop();
+    run.at(state, [&run] { run.stop(); });
+    QCOMPARE(erase(run, EraseType::Complete).error(), QStringLiteral("The job was cancelled."));
+    const QRegularExpression wanted(command);
+    QCOMPARE(!m_drive->emulated().commands().filter(wanted).isEmpty(), sent);
+    QCOMPARE(m_drive->device().mediaIsBlank(), sent);
+}
+
 void LibburnRecorderTest::unpluggedWhileErasing()
 {
     BurnRun run;
@@ -336,6 +419,45 @@ void LibburnRecorderTest::unpluggedWhileErasing()
     const Result<> erased = erase(run, EraseType::Complete);
     QVERIFY2(erased.error().contains(QStringLiteral("disconnected")), qPrintable(erased.error()));
     QTRY_VERIFY(!m_drive->device().isValid());
+    m_drive->attach();
+    QVERIFY(burn(imageOf(500 * blockSize)));
+}
+
+void LibburnRecorderTest::notToBeAsked_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("in use") << "busy"
+                            << "Another program uses /dev/sr0, or its disc is mounted.";
+    QTest::newRow("no permission") << "denied"
+                                   << "in the group cdrom";
+}
+
+// A drive that is kept from this program is shown as the system knows it, and asked when it is
+// free.
+void LibburnRecorderTest::notToBeAsked()
+{
+    QFETCH(const QString, fault);
+    QFETCH(const QString, reason);
+    m_drive.reset();
+    m_drive = std::make_unique<RealDrive>(fault);
+    const DRDevice device = m_drive->device();
+    QCOMPARE(device.displayName(), QStringLiteral("EMULATED DVD-RW TESTDRIVE"));
+    QVERIFY(device.writesCD() && device.writesDVD());
+    QVERIFY(device.mediaIsPresent() && device.mediaIsBlank() && device.mediaIsErasable());
+    QCOMPARE(device.mediaType(), QString(DRDeviceMediaTypeCDRW));
+    const Result<> burned = burn(imageOf(500 * blockSize));
+    QVERIFY2(burned.error().contains(reason), qPrintable(burned.error()));
+    m_drive->emulated().setFaults({});
+    QTRY_COMPARE_WITH_TIMEOUT(device.mediaSpaceFree(), DRMSF(359849), 20000);
+    QVERIFY(burn(imageOf(500 * blockSize)));
+}
+
+void LibburnRecorderTest::ejectsWhatIsSpunUp()
+{
+    m_drive->emulated().setFaults(QStringLiteral("not-ready 2"));
+    QVERIFY(m_drive->device().ejectMedia());
+    QTRY_VERIFY_WITH_TIMEOUT(m_drive->device().trayIsOpen(), 20000);
 }
 
 void LibburnRecorderTest::comesAndGoes()

@@ -15,9 +15,10 @@ constexpr qint64 blockSize = 2048;
 
 }
 
-RealDrive::RealDrive()
+RealDrive::RealDrive(const QString &faults)
 {
     m_emulated.insert(QStringLiteral("cd-rw"));
+    m_emulated.setFaults(faults);
     m_monitor = std::make_unique<RecorderMonitor>(service());
     awaitDevice();
 }

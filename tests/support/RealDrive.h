@@ -10,7 +10,7 @@
 class RealDrive : public TestDrive
 {
 public:
-    RealDrive(); // with a blank CD-RW
+    explicit RealDrive(const QString &faults = {}); // with a blank CD-RW
     ~RealDrive() override;
 
     [[nodiscard]] EmulatedDrive &emulated() { return m_emulated; }

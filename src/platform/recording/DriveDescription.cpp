@@ -1,7 +1,7 @@
 #include "DriveDescription.h"
 
 #include "DRKeys.h"
-#include "MediaTypes.h"
+#include "MmcProfile.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -18,52 +18,6 @@
 namespace {
 
 constexpr qint64 blockSize = 2048;
-
-struct Profile
-{
-    int number;
-    QLatin1StringView type;
-    QLatin1StringView mediaClass;
-    QLatin1StringView capability; // to write it; empty for what is only read
-    bool erasable;
-    bool overwritable;
-};
-
-// clang-format off
-constexpr std::array profiles{
-    Profile{0x08, DRDeviceMediaTypeCDROM, DRDeviceMediaClassCD, {}, false, false},
-    Profile{0x09, DRDeviceMediaTypeCDR, DRDeviceMediaClassCD, DRDeviceCanWriteCDRKey, false, false},
-    Profile{0x0a, DRDeviceMediaTypeCDRW, DRDeviceMediaClassCD, DRDeviceCanWriteCDRWKey, true, false},
-    Profile{0x10, DRDeviceMediaTypeDVDROM, DRDeviceMediaClassDVD, {}, false, false},
-    Profile{0x11, DRDeviceMediaTypeDVDR, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRKey, false, false},
-    Profile{0x12, DRDeviceMediaTypeDVDRAM, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRAMKey, true, true},
-    Profile{0x13, DRDeviceMediaTypeDVDRW, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRWKey, true, true},
-    Profile{0x14, DRDeviceMediaTypeDVDRW, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRWKey, true, false},
-    Profile{0x15, DRDeviceMediaTypeDVDRDualLayer, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRDualLayerKey, false, false},
-    Profile{0x16, DRDeviceMediaTypeDVDRDualLayer, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRDualLayerKey, false, false},
-    Profile{0x17, DRDeviceMediaTypeDVDRWDualLayer, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDRWDualLayerKey, true, false},
-    Profile{0x1a, DRDeviceMediaTypeDVDPlusRW, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDPlusRWKey, true, true},
-    Profile{0x1b, DRDeviceMediaTypeDVDPlusR, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDPlusRKey, false, false},
-    Profile{0x2a, DRDeviceMediaTypeDVDPlusRWDoubleLayer, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDPlusRWDoubleLayerKey, true, true},
-    Profile{0x2b, DRDeviceMediaTypeDVDPlusRDoubleLayer, DRDeviceMediaClassDVD, DRDeviceCanWriteDVDPlusRDoubleLayerKey, false, false},
-    Profile{0x40, DRDeviceMediaTypeBDROM, DRDeviceMediaClassBD, {}, false, false},
-    Profile{0x41, DRDeviceMediaTypeBDR, DRDeviceMediaClassBD, DRDeviceCanWriteBDRKey, false, false},
-    Profile{0x42, DRDeviceMediaTypeBDR, DRDeviceMediaClassBD, DRDeviceCanWriteBDRKey, false, false},
-    Profile{0x43, DRDeviceMediaTypeBDRE, DRDeviceMediaClassBD, DRDeviceCanWriteBDREKey, true, true},
-    Profile{0x50, DRDeviceMediaTypeHDDVDROM, DRDeviceMediaClassHDDVD, {}, false, false},
-    Profile{0x51, DRDeviceMediaTypeHDDVDR, DRDeviceMediaClassHDDVD, DRDeviceCanWriteHDDVDRKey, false, false},
-    Profile{0x52, DRDeviceMediaTypeHDDVDRAM, DRDeviceMediaClassHDDVD, DRDeviceCanWriteHDDVDRAMKey, true, true},
-    Profile{0x53, DRDeviceMediaTypeHDDVDRW, DRDeviceMediaClassHDDVD, DRDeviceCanWriteHDDVDRWKey, true, false},
-    Profile{0x58, DRDeviceMediaTypeHDDVDRDualLayer, DRDeviceMediaClassHDDVD, DRDeviceCanWriteHDDVDRDualLayerKey, false, false},
-    Profile{0x5a, DRDeviceMediaTypeHDDVDRWDualLayer, DRDeviceMediaClassHDDVD, DRDeviceCanWriteHDDVDRWDualLayerKey, true, false},
-};
-// clang-format on
-
-const Profile *find(int number)
-{
-    const auto found = std::ranges::find(profiles, number, &Profile::number);
-    return found == profiles.end() ? nullptr : &*found;
-}
 
 // The data of a feature of MMC, and whether the drive has it.
 std::optional<QByteArray> feature(const LibburnDrive &drive, unsigned code)
@@ -110,24 +64,8 @@ QVariantMap capabilities(const LibburnDrive &drive)
     std::array<char, 64> current{};
     int count = 0;
     burn::burn_drive_get_all_profiles(drive.handle(), &count, numbers.data(), current.data());
-    QVariantMap result = MediaTypes::writeCapabilities();
-    for (QVariant &value : result)
-        value = false;
-    for (const int number : std::span(numbers).first(static_cast<size_t>(count))) {
-        const Profile *profile = find(number);
-        if (!profile || profile->capability.isEmpty())
-            continue;
-        result[profile->capability] = true;
-        result[DRDeviceCanWriteKey] = true;
-        if (profile->mediaClass == DRDeviceMediaClassCD)
-            result[DRDeviceCanWriteCDKey] = true;
-        else if (profile->mediaClass == DRDeviceMediaClassDVD)
-            result[DRDeviceCanWriteDVDKey] = true;
-        else if (profile->mediaClass == DRDeviceMediaClassBD)
-            result[DRDeviceCanWriteBDKey] = true;
-        else
-            result[DRDeviceCanWriteHDDVDKey] = true;
-    }
+    QVariantMap result = MmcProfile::writeCapabilities(
+        std::span<const int>(numbers).first(static_cast<size_t>(count)));
     // Feature 002Eh, disc-at-once, with the sub-channels in which CD-Text lies.
     const std::optional<QByteArray> mastering = feature(drive, 0x2e);
     result[DRDeviceCanWriteCDTextKey] = hasBit(mastering, 0, 5) && hasBit(mastering, 0, 0);
@@ -165,14 +103,19 @@ bool isZero(const QByteArray &bytes)
 }
 
 // How much of a medium that can be overwritten is in use: what the ISO 9660 volume on it says, all
-// of it where something else is on it, and nothing where its first blocks are zero or unwritten.
+// of it where something else is on it or it cannot be read, and nothing where its first blocks are
+// zero or unwritten.
 qint64 usedOfOverwritable(LibburnDrive &drive, qint64 capacity)
 {
     constexpr qint64 looked = 32; // the system area, the volume descriptors
     constexpr qint64 primaryVolume = 16 * blockSize;
     constexpr qint64 volumeSize = primaryVolume + 80;
     QByteArray start(looked * blockSize, '\0');
-    if (capacity < looked || !drive.readBlocks(0, looked, start.data()) || isZero(start))
+    if (capacity < looked)
+        return 0;
+    if (!drive.readBlocks(0, looked, start.data()))
+        return drive.foundNothingWritten() ? 0 : capacity;
+    if (isZero(start))
         return 0;
     if (!start.mid(primaryVolume).startsWith(QByteArrayView("\1CD001")))
         return capacity;
@@ -219,7 +162,7 @@ QList<MediumDescription::Track> writtenTracks(const LibburnDrive &drive)
 
 bool DriveDescription::isOverwritable(int profile)
 {
-    const Profile *known = find(profile);
+    const MmcProfile *known = MmcProfile::find(profile);
     return known && known->overwritable;
 }
 
@@ -279,7 +222,7 @@ std::optional<MediumDescription> DriveDescription::medium(LibburnDrive &drive)
 {
     using Track = MediumDescription::Track;
     const burn::burn_disc_status status = burn::burn_disc_get_status(drive.handle());
-    const Profile *profile = find(drive.profile());
+    const MmcProfile *profile = MmcProfile::find(drive.profile());
     if (status == burn::BURN_DISC_EMPTY || status == burn::BURN_DISC_UNREADY
         || (!profile && status == burn::BURN_DISC_UNSUITABLE && drive.profile() == 0))
         return std::nullopt;

@@ -38,6 +38,13 @@ bool JobThread::isBusy(const Recorder *recorder)
     });
 }
 
+bool JobThread::hasJobs()
+{
+    const std::lock_guard lock(m_mutex);
+    return std::any_of(m_entries.cbegin(), m_entries.cend(),
+                       [](const Entry &entry) { return entry.recorder != nullptr; });
+}
+
 void JobThread::run(const std::stop_token &threadStop)
 {
     std::unique_lock lock(m_mutex);

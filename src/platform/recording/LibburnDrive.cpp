@@ -94,6 +94,13 @@ bool LibburnDrive::assessAgain()
     return burn::burn_drive_re_assess(handle(), 0) > 0;
 }
 
+// By the sense data in libburn's message: a blank check, and an address that is out of range.
+bool LibburnDrive::foundNothingWritten() const
+{
+    const QString complaint = m_messages.complaint();
+    return complaint.contains(QLatin1String("[8 ")) || complaint.contains(QLatin1String("[5 21 "));
+}
+
 Result<> LibburnDrive::readBlocks(qint64 first, qint64 count, char *to)
 {
     m_messages.forget();

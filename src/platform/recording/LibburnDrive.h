@@ -44,9 +44,13 @@ public:
     // Whole blocks of 2,048 bytes from an address. Fails naming it.
     [[nodiscard]] Result<> readBlocks(qint64 first, qint64 count, char *to);
 
+    // Whether the last read failed because there is nothing to be read.
+    [[nodiscard]] bool foundNothingWritten() const;
+
     void ejectOnRelease() { m_eject = true; }
 
-    // Lets go of a drive that does not answer any more without asking it for anything.
+    // Lets go of a drive that does not answer any more without asking it for anything. libburn
+    // keeps it until the program ends.
     void abandon() { m_abandoned = true; }
     [[nodiscard]] bool isAbandoned() const { return m_abandoned; }
 

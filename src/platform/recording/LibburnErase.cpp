@@ -28,7 +28,7 @@ Result<> LibburnErase::run(EraseType type)
     const int profile = m_drive.profile();
     if (DriveDescription::isOverwritable(profile)) {
         if (DriveDescription::needsFormatting(m_drive))
-            return format();
+            return format(DRStatusStateErasing, 1);
         const qint64 all = DriveDescription::freeBlocks(m_drive) / alignment * alignment;
         return overwrite(type == EraseType::Quick ? std::min(volumeStart, all) : all);
     }
@@ -38,11 +38,12 @@ Result<> LibburnErase::run(EraseType type)
     return follow();
 }
 
-Result<> LibburnErase::format()
+Result<> LibburnErase::format(QLatin1StringView state, double share)
 {
     constexpr int toDefaultSize = 3 << 1;
     constexpr int withoutCertification = 1 << 6;
     m_drive.messages().forget();
+    m_report.beginPhase(state, 0, share, wholeProgress, 0);
     burn::burn_disc_format(m_drive.handle(), 0, toDefaultSize | withoutCertification);
     return follow();
 }
@@ -80,15 +81,18 @@ Result<> LibburnErase::overwrite(qint64 blocks)
     QByteArray zeros(writtenAtOnce * blockSize, '\0');
     m_drive.messages().forget();
     m_report.beginPhase(DRStatusStateErasing, 0, 1, blocks * blockSize, 0);
-    for (qint64 block = 0; block < blocks; block += writtenAtOnce) {
+    Result<> going = Done{};
+    for (qint64 block = 0; going && block < blocks; block += writtenAtOnce) {
         const qint64 count = std::min(writtenAtOnce, blocks - block);
-        const bool last = block + count >= blocks;
         if (burn::burn_random_access_write(m_drive.handle(), block * blockSize, zeros.data(),
-                                           count * blockSize, last ? 1 : 0)
+                                           count * blockSize, 0)
             <= 0)
             return m_drive.failure(QStringLiteral("The medium cannot be overwritten"));
-        if (Result<> going = m_report.advance(count * blockSize); !going)
-            return going;
+        going = m_report.advance(count * blockSize);
     }
-    return m_report.checkStopped();
+    // A cancelled job, too, leaves nothing in the drive's buffer.
+    constexpr int flush = 1;
+    if (burn::burn_random_access_write(m_drive.handle(), 0, zeros.data(), 0, flush) <= 0)
+        return m_drive.failure(QStringLiteral("The medium cannot be overwritten"));
+    return going ? m_report.checkStopped() : going;
 }

@@ -18,8 +18,9 @@ public:
     // A drive cannot be interrupted while it erases by itself: a cancelled job ends with it.
     [[nodiscard]] Result<> run(EraseType type);
 
-    // Formats what has never been; it is blank afterwards.
-    [[nodiscard]] Result<> format();
+    // Formats what has never been; it is blank afterwards. state: what the job reports meanwhile;
+    // share: the part of the whole job that it is, 0.0 to 1.0.
+    [[nodiscard]] Result<> format(QLatin1StringView state, double share);
 
 private:
     [[nodiscard]] Result<> follow();

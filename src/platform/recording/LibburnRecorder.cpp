@@ -23,6 +23,30 @@ QString lockPath(const QString &devicePath)
 
 }
 
+// As long as this lives this program has the device file open, or is about to: probing it from
+// another thread would either fail or keep libburn from it.
+class LibburnRecorder::Hold
+{
+public:
+    explicit Hold(LibburnRecorder &recorder)
+        : m_recorder(recorder)
+    {
+        set(true);
+    }
+    ~Hold() { set(false); }
+    Hold(const Hold &) = delete;
+    Hold &operator=(const Hold &) = delete;
+
+private:
+    void set(bool holds)
+    {
+        const std::lock_guard guard(m_recorder.m_probeMutex);
+        m_recorder.m_holdsDrive = holds;
+    }
+
+    LibburnRecorder &m_recorder;
+};
+
 // A job's hold on the recorder and on its drive. What is known is brought up to date in the end,
 // whatever the end was.
 class LibburnRecorder::Job
@@ -30,9 +54,9 @@ class LibburnRecorder::Job
 public:
     explicit Job(LibburnRecorder &recorder)
         : m_recorder(recorder)
+        , m_hold(std::make_unique<Hold>(recorder))
     {
         recorder.m_jobRuns = true;
-        recorder.m_holdsDrive = true;
         m_granted = recorder.acquireExclusiveAccess();
     }
     ~Job()
@@ -40,10 +64,12 @@ public:
         const bool answers = m_drive && !m_drive->isAbandoned() && m_drive->file().exists();
         if (answers && m_drive->assessAgain())
             m_recorder.learn(*m_drive, DeviceFile::Tray::Closed);
-        else if (m_drive)
+        else
+            m_recorder.m_toBeAskedAgain = true; // changes were not heard meanwhile
+        if (m_drive && m_recorder.m_toBeAskedAgain)
             m_recorder.forgetMedium(DeviceFile::Tray::Unknown);
         m_drive.reset();
-        m_recorder.m_holdsDrive = false;
+        m_hold.reset();
         m_recorder.m_jobRuns = false;
         m_recorder.m_currentSpeed = 0;
         if (m_granted)
@@ -77,30 +103,36 @@ public:
 
 private:
     LibburnRecorder &m_recorder;
+    std::unique_ptr<Hold> m_hold;
     bool m_granted = false;
     std::shared_ptr<LibburnDrive> m_drive;
 };
 
-LibburnRecorder::LibburnRecorder(const QString &devicePath, const QString &systemPath,
-                                 const QString &name, std::shared_ptr<JobThread> thread)
+LibburnRecorder::LibburnRecorder(const QString &devicePath, const UdevDescription &told,
+                                 std::shared_ptr<JobThread> thread)
     : m_file(devicePath)
-    , m_systemPath(systemPath)
     , m_thread(std::move(thread))
     , m_lock(lockPath(devicePath))
+    , m_told(told)
+    , m_known{told.info, told.medium}
 {
-    m_known.info = {{DRDeviceProductNameKey, name},
-                    {DRDeviceIORegistryEntryPathKey, systemPath},
-                    {DRDeviceProfilePathKey, devicePath}};
+}
+
+void LibburnRecorder::setTold(const UdevDescription &told)
+{
+    const std::lock_guard guard(m_mutex);
+    m_told = told;
 }
 
 bool LibburnRecorder::lock()
 {
     if (!m_lock.acquire())
         return false;
-    const bool usable = m_holdsDrive || m_file.checkUsable();
-    if (!usable)
-        m_lock.release();
-    return usable;
+    const std::lock_guard guard(m_probeMutex);
+    if (m_holdsDrive || m_file.checkUsable())
+        return true;
+    m_lock.release();
+    return false;
 }
 
 LibburnRecorder::Known LibburnRecorder::known() const
@@ -111,8 +143,10 @@ LibburnRecorder::Known LibburnRecorder::known() const
 
 void LibburnRecorder::learn(LibburnDrive &drive, DeviceFile::Tray tray)
 {
-    Known known{DriveDescription::info(drive, m_systemPath), DriveDescription::medium(drive), tray,
+    const QString systemPath = known().info.value(DRDeviceIORegistryEntryPathKey).toString();
+    Known known{DriveDescription::info(drive, systemPath), DriveDescription::medium(drive), tray,
                 DriveDescription::maximumSpeed(drive)};
+    m_toBeAskedAgain = false;
     const std::lock_guard guard(m_mutex);
     m_known = std::move(known);
 }
@@ -124,18 +158,30 @@ void LibburnRecorder::forgetMedium(DeviceFile::Tray tray)
     m_known.tray = tray;
 }
 
+void LibburnRecorder::fallBack(const Failure &reason)
+{
+    if (!m_toBeAskedAgain.exchange(true))
+        qCWarning(recordingLog) << m_file.path() << "cannot be asked:" << reason.text;
+    const std::lock_guard guard(m_mutex);
+    m_known.medium = m_told.medium;
+    m_known.tray = DeviceFile::Tray::Unknown;
+}
+
+// Not even its tray is looked at while another program uses it: that might be burning.
 void LibburnRecorder::refresh()
 {
-    m_holdsDrive = true;
-    const auto done = qScopeGuard([this] { m_holdsDrive = false; });
+    const Hold hold(*this);
+    if (const Result<> usable = m_file.checkUsable(); !usable)
+        return fallBack(usable.failure());
     const DeviceFile::Tray tray = m_file.tray();
-    if (tray == DeviceFile::Tray::SpinningUp)
-        return forgetMedium(tray); // it is asked when it is ready
+    if (tray == DeviceFile::Tray::SpinningUp) {
+        m_toBeAskedAgain = true;
+        return forgetMedium(tray);
+    }
     const Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);
-    if (drive)
-        learn(*drive.value(), tray);
-    else
-        qCWarning(recordingLog) << m_file.path() << "cannot be asked:" << drive.error();
+    if (!drive)
+        return fallBack(drive.failure());
+    learn(*drive.value(), tray);
     if (tray == DeviceFile::Tray::Open || tray == DeviceFile::Tray::Empty)
         forgetMedium(tray);
 }
@@ -202,6 +248,8 @@ Result<> LibburnRecorder::erase(EraseType type, JobReport &report)
         return drive.failure();
     if (!known().medium.value_or(MediumDescription()).erasable)
         return Failure{QStringLiteral("The medium cannot be erased.")};
+    if (const Result<> going = report.checkStopped(); !going)
+        return going;
     if (Result<> erased = LibburnErase(*drive.value(), report).run(type); !erased)
         return erased;
     report.setState(DRStatusStateFinishing);
@@ -212,18 +260,30 @@ Result<> LibburnRecorder::eject()
 {
     if (m_jobRuns || isReserved())
         return Failure{QStringLiteral("A job is running on the recorder.")};
-    if (const Result<> usable = m_file.checkUsable(); !m_holdsDrive && !usable)
-        return usable;
-    m_thread->post([this](const std::stop_token &) {
-        const Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);
-        if (drive)
-            drive.value()->ejectOnRelease();
-        else
-            qCWarning(recordingLog) << m_file.path() << "did not eject:" << drive.error();
-        if (drive)
-            forgetMedium(DeviceFile::Tray::Open);
+    if (m_thread->hasJobs())
+        return Failure{QStringLiteral("Another job is running, for which this would wait.")};
+    m_thread->post([this](const std::stop_token &stop) {
+        if (const Result<> ejected = ejectNow(stop); !ejected)
+            qCWarning(recordingLog) << m_file.path() << "did not eject:" << ejected.error();
         if (m_changed)
             m_changed();
     });
+    return Done{};
+}
+
+Result<> LibburnRecorder::ejectNow(const std::stop_token &stop)
+{
+    const Hold hold(*this);
+    Result<> ready = m_file.checkUsable();
+    if (ready)
+        ready = m_file.waitUntilReady(stop);
+    if (!ready)
+        return ready;
+    Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);
+    if (!drive)
+        return drive.failure();
+    drive.value()->ejectOnRelease();
+    drive = Failure{}; // lets go of it
+    forgetMedium(m_file.tray());
     return Done{};
 }

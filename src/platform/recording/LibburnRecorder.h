@@ -8,6 +8,7 @@
 #include "MediumDescription.h"
 #include "Recorder.h"
 #include "RecorderLock.h"
+#include "UdevDescription.h"
 
 #include <functional>
 #include <memory>
@@ -19,17 +20,22 @@ class LibburnDrive;
 class LibburnRecorder : public Recorder
 {
 public:
-    // devicePath: such as "/dev/sr0"; systemPath: where the system has the device; name: what it
-    // is called until it could be asked.
-    LibburnRecorder(const QString &devicePath, const QString &systemPath, const QString &name,
+    // devicePath: such as "/dev/sr0". Until the drive could be asked, it is what the system says.
+    LibburnRecorder(const QString &devicePath, const UdevDescription &told,
                     std::shared_ptr<JobThread> thread);
 
-    // Has it called, on the libburn thread, when what is known has changed by a job.
+    // The system has found out something else. Any thread.
+    void setTold(const UdevDescription &told);
+
+    // Has it called, on the libburn thread, when what is known has changed by a job or an ejection.
     void setChanged(const std::function<void()> &changed) { m_changed = changed; }
 
-    // Reads all there is to know, unless the drive is at work or in use by another program. Only on
-    // the libburn thread.
+    // Reads all there is to know. Of a drive that may not be asked now only what the system says is
+    // known then. Only on the libburn thread.
     void refresh();
+
+    // Whether the drive is to be asked again: it could not be, or its medium was being spun up.
+    [[nodiscard]] bool isToBeAskedAgain() const { return m_toBeAskedAgain; }
 
     [[nodiscard]] QString devicePath() const { return m_file.path(); }
     [[nodiscard]] bool isAtWork() const { return m_jobRuns; }
@@ -40,7 +46,7 @@ public:
     [[nodiscard]] Result<> burn(const BurnRequest &request, JobReport &report) override;
     [[nodiscard]] Result<> erase(EraseType type, JobReport &report) override;
 
-    // Refused while a job runs; else it is on its way when this returns.
+    // Refused while a job runs on any real drive; else it is on its way when this returns.
     [[nodiscard]] Result<> eject() override;
     [[nodiscard]] JobThread &jobs() override { return *m_thread; }
 
@@ -49,6 +55,7 @@ protected:
     void unlock() override { m_lock.release(); }
 
 private:
+    class Hold;
     class Job;
 
     struct Known
@@ -62,17 +69,21 @@ private:
     [[nodiscard]] Known known() const;
     void learn(LibburnDrive &drive, DeviceFile::Tray tray);
     void forgetMedium(DeviceFile::Tray tray);
+    void fallBack(const Failure &reason);
+    [[nodiscard]] Result<> ejectNow(const std::stop_token &stop);
     [[nodiscard]] Result<> burnOn(LibburnDrive &drive, const BurnRequest &request,
                                   JobReport &report);
 
     const DeviceFile m_file;
-    const QString m_systemPath;
     const std::shared_ptr<JobThread> m_thread;
     std::function<void()> m_changed;
     RecorderLock m_lock; // against other programs of ours
     mutable std::mutex m_mutex;
+    UdevDescription m_told;
     Known m_known;
+    std::mutex m_probeMutex; // guards m_holdsDrive and the probing of the device file
+    bool m_holdsDrive = false;
     std::atomic<bool> m_jobRuns = false;
-    std::atomic<bool> m_holdsDrive = false;
+    std::atomic<bool> m_toBeAskedAgain = false;
     std::atomic<double> m_currentSpeed = 0; // KB per second
 };

@@ -9,8 +9,9 @@
 
 namespace {
 
-// No event tells that a medium has been spun up.
-constexpr std::chrono::seconds lookAgainAfter(1);
+// No event tells that a medium has been spun up, or that a program has let go of a drive.
+constexpr std::chrono::seconds spinningUp(1);
+constexpr std::chrono::seconds inUse(3);
 
 struct Unref
 {
@@ -21,11 +22,6 @@ struct Unref
 QString text(const char *bytes)
 {
     return QString::fromLocal8Bit(bytes);
-}
-
-QString propertyOf(udev_device *device, const char *name)
-{
-    return text(udev_device_get_property_value(device, name));
 }
 
 }
@@ -41,9 +37,9 @@ RecorderMonitor::RecorderMonitor(RecordingService &service)
         || udev_monitor_enable_receiving(m_monitor) < 0) {
         qCWarning(recordingLog, "drives that come and go will not be seen");
     } else {
-        auto *notifier =
-            new QSocketNotifier(udev_monitor_get_fd(m_monitor), QSocketNotifier::Read, this);
-        connect(notifier, &QSocketNotifier::activated, this, &RecorderMonitor::receive);
+        m_notifier = std::make_unique<QSocketNotifier>(udev_monitor_get_fd(m_monitor),
+                                                       QSocketNotifier::Read);
+        connect(m_notifier.get(), &QSocketNotifier::activated, this, &RecorderMonitor::receive);
     }
     if (m_udev)
         enumerate();
@@ -52,6 +48,7 @@ RecorderMonitor::RecorderMonitor(RecordingService &service)
 RecorderMonitor::~RecorderMonitor()
 {
     m_thread->shutDown(); // whose jobs call this
+    m_notifier.reset();
     if (m_monitor)
         udev_monitor_unref(m_monitor);
     if (m_udev)
@@ -76,43 +73,51 @@ void RecorderMonitor::enumerate()
 void RecorderMonitor::receive()
 {
     const std::unique_ptr<udev_device, Unref> device(udev_monitor_receive_device(m_monitor));
-    if (!device || propertyOf(device.get(), "ID_CDROM") != QLatin1String("1"))
+    if (!device)
         return;
     const QString path = text(udev_device_get_devnode(device.get()));
-    const QString action = text(udev_device_get_action(device.get()));
-    if (action == QLatin1String("remove"))
-        remove(path);
-    else if (!m_recorders.contains(path))
-        add(device.get());
-    else if (const auto recorder = m_recorders.value(path); !recorder->isAtWork())
+    if (text(udev_device_get_action(device.get())) == QLatin1String("remove"))
+        return remove(path);
+    if (text(udev_device_get_property_value(device.get(), "ID_CDROM")) != QLatin1String("1"))
+        return;
+    if (!m_entries.contains(path))
+        return add(device.get());
+    const auto recorder = m_entries.value(path).recorder;
+    recorder->setTold(UdevDescription(device.get()));
+    if (!recorder->isAtWork())
         refresh(recorder);
 }
 
-// It is shown once it was asked what it is.
+// It is shown once it was asked what it is; at once where it would have to wait for that.
 void RecorderMonitor::add(udev_device *device)
 {
     const QString path = text(udev_device_get_devnode(device));
-    if (path.isEmpty() || m_recorders.contains(path))
+    if (path.isEmpty() || m_entries.contains(path))
         return;
-    const QString model =
-        propertyOf(device, "ID_MODEL").replace(QLatin1Char('_'), QLatin1Char(' '));
-    const auto recorder = std::make_shared<LibburnRecorder>(
-        path, text(udev_device_get_syspath(device)), model.isEmpty() ? path : model, m_thread);
-    m_recorders.insert(path, recorder);
+    const auto recorder =
+        std::make_shared<LibburnRecorder>(path, UdevDescription(device), m_thread);
+    m_entries.insert(path, {recorder, {}, false});
     recorder->setChanged([this, weak = std::weak_ptr(recorder)] {
         QMetaObject::invokeMethod(this, [this, weak] {
             if (const auto changed = weak.lock())
                 show(changed);
         });
     });
+    if (m_thread->hasJobs())
+        show(recorder);
     refresh(recorder);
 }
 
 void RecorderMonitor::remove(const QString &devicePath)
 {
-    const auto recorder = m_recorders.take(devicePath);
-    if (recorder)
+    if (const auto recorder = m_entries.take(devicePath).recorder)
         m_service.detach(recorder);
+}
+
+RecorderMonitor::Entry *RecorderMonitor::entryOf(const std::shared_ptr<LibburnRecorder> &recorder)
+{
+    const auto found = m_entries.find(recorder->devicePath());
+    return found != m_entries.end() && found->recorder == recorder ? &*found : nullptr;
 }
 
 void RecorderMonitor::refresh(const std::shared_ptr<LibburnRecorder> &recorder)
@@ -125,17 +130,34 @@ void RecorderMonitor::refresh(const std::shared_ptr<LibburnRecorder> &recorder)
     });
 }
 
+// Observers read all of it again each time: they are told of what has changed only.
 void RecorderMonitor::show(const std::shared_ptr<LibburnRecorder> &recorder)
 {
-    if (m_recorders.value(recorder->devicePath()) != recorder)
-        return; // gone meanwhile
-    if (m_service.devices().contains(DRDevice(recorder)))
-        m_service.statusChanged(recorder);
-    else
+    Entry *entry = entryOf(recorder);
+    if (!entry)
+        return;
+    QVariantMap known = recorder->info();
+    known.insert(recorder->status());
+    const bool changed = known != std::exchange(entry->shown, known);
+    if (recorder->isToBeAskedAgain())
+        refreshLater(*entry);
+    if (!m_service.devices().contains(DRDevice(recorder)))
         m_service.attach(recorder);
-    if (DRDevice(recorder).mediaIsTransitioning())
-        QTimer::singleShot(lookAgainAfter, this, [this, recorder] {
-            if (m_recorders.value(recorder->devicePath()) == recorder && !recorder->isAtWork())
-                refresh(recorder);
-        });
+    else if (changed)
+        m_service.statusChanged(recorder);
+}
+
+void RecorderMonitor::refreshLater(Entry &entry)
+{
+    if (std::exchange(entry.isAskedLater, true))
+        return;
+    const bool changing = DRDevice(entry.recorder).mediaIsTransitioning();
+    QTimer::singleShot(changing ? spinningUp : inUse, this, [this, recorder = entry.recorder] {
+        Entry *later = entryOf(recorder);
+        if (!later)
+            return;
+        later->isAskedLater = false;
+        if (recorder->isToBeAskedAgain() && !recorder->isAtWork())
+            refresh(recorder);
+    });
 }

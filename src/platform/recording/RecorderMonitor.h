@@ -1,6 +1,7 @@
 // Attaches the real drives of this machine to the recording service as they come, detaches them as
-// they go, and has them looked at when their media change. It is told of all that by libudev; no
-// drive is ever polled, and none that is at work is touched. Main thread.
+// they go, and has them looked at when their media change. It is told of all that by libudev. A
+// drive that could not be asked is asked again every few seconds; none that is at work, here or for
+// another program, is touched. Main thread.
 #pragma once
 
 #include "LibburnRecorder.h"
@@ -25,16 +26,26 @@ public:
     ~RecorderMonitor() override;
 
 private:
+    struct Entry
+    {
+        std::shared_ptr<LibburnRecorder> recorder;
+        QVariantMap shown;         // what its observers were told of last
+        bool isAskedLater = false; // by a timer that is running
+    };
+
     void enumerate();
     void receive();
     void add(udev_device *device);
     void remove(const QString &devicePath);
     void refresh(const std::shared_ptr<LibburnRecorder> &recorder);
+    void refreshLater(Entry &entry);
     void show(const std::shared_ptr<LibburnRecorder> &recorder);
+    [[nodiscard]] Entry *entryOf(const std::shared_ptr<LibburnRecorder> &recorder); // null: gone
 
     RecordingService &m_service;
     std::shared_ptr<JobThread> m_thread = std::make_shared<JobThread>();
-    QMap<QString, std::shared_ptr<LibburnRecorder>> m_recorders; // by device path
+    QMap<QString, Entry> m_entries; // by device path
     udev *m_udev = nullptr;
     udev_monitor *m_monitor = nullptr;
+    std::unique_ptr<QSocketNotifier> m_notifier;
 };

@@ -18,8 +18,12 @@ namespace {
 
 constexpr int writeThreadEnded = 0x20178; // of libburn's list of codes
 constexpr std::chrono::milliseconds lookEvery(50);
-constexpr qint64 startPatience = 10000; // ms in which libburn begins or refuses
-constexpr qint64 lossPatience = 60000;  // ms in which it gives up a drive that is gone
+
+// How long, in ms, libburn may take: to begin; to be heard of a beginning when it has complained;
+// to end when the drive is gone or says that it has nothing more to do.
+constexpr qint64 startPatience = 10000;
+constexpr qint64 refusalPatience = 3000;
+constexpr qint64 endPatience = 60000;
 
 // Of the burn's percentage, where verifying begins.
 constexpr double verifyShare = 0.5;
@@ -40,10 +44,13 @@ bool isCd(int profile)
     return profile < firstDvd;
 }
 
-double singleSpeedOf(int profile)
+// KB per second. A CD turns past 75 sectors a second, whatever is in them.
+double singleSpeedOf(int profile, qint64 sectorSize)
 {
     constexpr int firstBluRay = 0x40;
-    return isCd(profile) ? 176.4 : profile < firstBluRay ? 1385.0 : 4495.625;
+    return isCd(profile)           ? 0.075 * static_cast<double>(sectorSize)
+           : profile < firstBluRay ? 1385.0
+                                   : 4495.625;
 }
 
 Phase phaseOf(burn::burn_drive_status status, qint64 taken)
@@ -93,8 +100,12 @@ struct LibburnBurn::Disc
 
 qint64 LibburnBurn::byteCount() const
 {
-    return m_layout.blockCount()
-           * (m_layout.isAudio() ? AudioSource::sectorSize : TrackContent::blockSize);
+    return m_layout.blockCount() * sectorSize();
+}
+
+qint64 LibburnBurn::sectorSize() const
+{
+    return m_layout.isAudio() ? AudioSource::sectorSize : TrackContent::blockSize;
 }
 
 Result<> LibburnBurn::run()
@@ -126,8 +137,9 @@ Result<> LibburnBurn::run()
 
 Result<> LibburnBurn::formatIfNeeded()
 {
-    return DriveDescription::needsFormatting(m_drive) ? LibburnErase(m_drive, m_report).format()
-                                                      : Result<>(Done{});
+    return DriveDescription::needsFormatting(m_drive)
+               ? LibburnErase(m_drive, m_report).format(DRStatusStatePreparing, 0)
+               : Result<>(Done{});
 }
 
 Result<> LibburnBurn::compose(Disc &disc, DiscFeed &feed) const
@@ -149,13 +161,16 @@ Result<> LibburnBurn::compose(Disc &disc, DiscFeed &feed) const
 }
 
 // Audio is written disc-at-once, so that there are no gaps and CD-Text has its place; of data,
-// libburn knows best what drive and medium can do.
+// libburn knows best what drive and medium can do. Media that can be overwritten can always be
+// added to, and know no sessions that could be left open.
 Result<> LibburnBurn::setOptions(Disc &disc) const
 {
     burn::burn_write_opts *options = disc.options;
     QByteArray packs = m_layout.cdTextPacks();
     burn::burn_write_opts_set_underrun_proof(options, 1);
-    burn::burn_write_opts_set_multi(options, m_request.appendable ? 1 : 0);
+    const bool leftOpen =
+        m_request.appendable && !DriveDescription::isOverwritable(m_drive.profile());
+    burn::burn_write_opts_set_multi(options, leftOpen ? 1 : 0);
     burn::burn_write_opts_set_obs_pad(options, 1);
     constexpr int packSize = 18;
     if (!packs.isEmpty()
@@ -185,7 +200,7 @@ void LibburnBurn::enterUpTo(int phase)
         const QLatin1StringView state = phases.at(static_cast<size_t>(m_phase));
         if (m_phase == TrackWrite)
             m_report.beginPhase(state, 0, m_request.verify ? verifyShare : 1, byteCount(),
-                                singleSpeedOf(m_drive.profile()));
+                                singleSpeedOf(m_drive.profile(), sectorSize()));
         else
             m_report.setState(state);
     }
@@ -201,7 +216,7 @@ Result<> LibburnBurn::advance(qint64 bytes)
 Result<> LibburnBurn::write(Disc &disc, DiscFeed &feed)
 {
     enterUpTo(SessionOpen);
-    feed.queue().waitForReserve();
+    feed.queue().waitForReserve(m_report.stopToken());
     if (Result<> going = m_report.checkStopped(); !going)
         return going;
     if (Result<> ready = feed.queue().reason(); !ready)
@@ -211,42 +226,77 @@ Result<> LibburnBurn::write(Disc &disc, DiscFeed &feed)
     return follow(feed);
 }
 
-// Until libburn's own thread has ended: it may still use the drive when that says it is idle.
+// What libburn's own thread is doing. It may still use the drive when that says it is idle, and
+// has ended for sure only when it says so itself.
+class LibburnBurn::Worker
+{
+public:
+    explicit Worker(LibburnDrive &drive)
+        : m_drive(drive)
+    {
+        m_idle.start();
+    }
+
+    enum class State { Starting, Working, Ended, Refused, Lost };
+    [[nodiscard]] State look()
+    {
+        burn::burn_progress progress = {};
+        m_status = burn::burn_drive_get_status(m_drive.handle(), &progress);
+        const bool idle = m_status == burn::BURN_DRIVE_IDLE;
+        if (idle && m_drive.messages().contains(writeThreadEnded))
+            return State::Ended;
+        m_begun |= !idle;
+        if (!idle)
+            m_idle.restart();
+        if (m_drive.file().exists())
+            m_gone.invalidate();
+        else if (!m_gone.isValid())
+            m_gone.start();
+        if (m_gone.isValid() && m_gone.hasExpired(endPatience))
+            return State::Lost;
+        if (m_begun)
+            return m_idle.hasExpired(endPatience) ? State::Lost : State::Working;
+        const bool refused = !m_drive.messages().complaint().isEmpty();
+        return m_idle.hasExpired(refused ? refusalPatience : startPatience) ? State::Refused
+                                                                            : State::Starting;
+    }
+    [[nodiscard]] burn::burn_drive_status status() const { return m_status; }
+
+private:
+    LibburnDrive &m_drive;
+    burn::burn_drive_status m_status = burn::BURN_DRIVE_IDLE;
+    bool m_begun = false;
+    QElapsedTimer m_idle;
+    QElapsedTimer m_gone;
+};
+
+// Until libburn's thread has ended, or it must be left to itself.
 Result<> LibburnBurn::follow(DiscFeed &feed)
 {
     Result<> stopped = Done{};
     qint64 reported = 0;
-    QElapsedTimer idle;
-    idle.start();
-    QElapsedTimer lost;
-    for (;;) {
-        burn::burn_progress progress = {};
-        const burn::burn_drive_status status =
-            burn::burn_drive_get_status(m_drive.handle(), &progress);
-        if (status == burn::BURN_DRIVE_IDLE && m_drive.messages().contains(writeThreadEnded))
-            break;
-        if (status != burn::BURN_DRIVE_IDLE)
-            idle.restart();
-        else if (!m_drive.messages().complaint().isEmpty() || idle.hasExpired(startPatience))
+    const auto stopWriting = [&] {
+        feed.queue().close();
+        burn::burn_drive_cancel(m_drive.handle());
+    };
+    Worker worker(m_drive);
+    for (Worker::State state; (state = worker.look()) != Worker::State::Ended;) {
+        if (state == Worker::State::Refused)
             return m_drive.failure(QStringLiteral("The drive refused to write"));
+        if (state == Worker::State::Lost) {
+            stopWriting();
+            m_drive.abandon();
+            return m_drive.failure(QStringLiteral("The drive does not answer any more"));
+        }
         const qint64 taken = feed.queue().taken();
-        enterUpTo(phaseOf(status, taken));
+        enterUpTo(phaseOf(worker.status(), taken));
         Result<> going = m_phase == TrackWrite ? advance(taken - std::exchange(reported, taken))
                                                : m_report.checkStopped();
         if (going)
             going = feed.queue().reason();
         if (stopped && !going) {
             stopped = going;
-            feed.queue().close();
-            burn::burn_drive_cancel(m_drive.handle());
-        }
-        if (m_drive.file().exists())
-            lost.invalidate();
-        else if (!lost.isValid())
-            lost.start();
-        else if (lost.hasExpired(lossPatience)) {
-            m_drive.abandon();
-            return m_drive.failure({});
+            stopWriting();
         }
         std::this_thread::sleep_for(lookEvery);
     }
@@ -276,8 +326,9 @@ Result<> LibburnBurn::verify(const DiscFeed &feed)
     if (!m_drive.assessAgain())
         return m_drive.failure(QStringLiteral("The written disc cannot be read"));
     m_report.beginPhase(DRStatusStateVerifying, verifyShare, 1, byteCount(),
-                        singleSpeedOf(m_drive.profile()));
-    const Advance step = [this](qint64 bytes) { return advance(bytes); };
+                        singleSpeedOf(m_drive.profile(), sectorSize()));
+    m_speed = 0; // nothing is written any more
+    const Advance step = [this](qint64 bytes) { return m_report.advance(bytes); };
     DiscVerifier verifier(m_drive, step);
     return m_layout.isAudio() ? verifier.verifyAudio(feed)
                               : verifier.verifyData(m_layout.tracks().first());

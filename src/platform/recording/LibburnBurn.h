@@ -26,6 +26,7 @@ public:
 
 private:
     struct Disc;
+    class Worker;
 
     [[nodiscard]] Result<> formatIfNeeded();
     [[nodiscard]] Result<> compose(Disc &disc, DiscFeed &feed) const;
@@ -36,6 +37,7 @@ private:
     [[nodiscard]] Result<> verify(const DiscFeed &feed);
     void enterUpTo(int phase);
     [[nodiscard]] qint64 byteCount() const;
+    [[nodiscard]] qint64 sectorSize() const;
     [[nodiscard]] Result<> advance(qint64 bytes);
 
     LibburnDrive &m_drive;

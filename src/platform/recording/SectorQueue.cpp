@@ -49,11 +49,11 @@ qint64 SectorQueue::take(char *to, qint64 count)
     return done;
 }
 
-void SectorQueue::waitForReserve()
+void SectorQueue::waitForReserve(const std::stop_token &stop)
 {
     constexpr std::chrono::seconds patience(10); // slow sources begin without a reserve
     std::unique_lock lock(m_mutex);
-    m_changed.wait_for(lock, patience,
+    m_changed.wait_for(lock, stop, patience,
                        [this] { return m_closed || m_ended || fill() == m_ring.size(); });
 }
 

@@ -8,6 +8,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <stop_token>
 
 class SectorQueue
 {
@@ -26,8 +27,8 @@ public:
     // Waits for that many bytes; fewer only at the end, -1 when the sources failed.
     [[nodiscard]] qint64 take(char *to, qint64 count);
 
-    // Waits until it is full or ended, so that a burn begins with a reserve. Bounded.
-    void waitForReserve();
+    // Waits until it is full, ended or stopped, so that a burn begins with a reserve. Bounded.
+    void waitForReserve(const std::stop_token &stop);
 
     // Nobody takes any more.
     void close();
@@ -42,7 +43,7 @@ private:
     [[nodiscard]] qint64 fill() const { return m_put - m_taken; }
 
     mutable std::mutex m_mutex;
-    std::condition_variable m_changed;
+    std::condition_variable_any m_changed;
     QByteArray m_ring;
     qint64 m_put = 0;   // bytes, ever
     qint64 m_taken = 0; // bytes, ever

@@ -48,6 +48,7 @@ void ComparisonTest::dataAsByXorriso_data()
     QTest::newRow("CD at once") << QString(DRDeviceMediaTypeCDR) << false;
     QTest::newRow("CD appendable") << QString(DRDeviceMediaTypeCDR) << true;
     QTest::newRow("DVD+RW") << QString(DRDeviceMediaTypeDVDPlusRW) << false;
+    QTest::newRow("BD-RE") << QString(DRDeviceMediaTypeBDRE) << false;
 }
 
 void ComparisonTest::dataAsByXorriso()

@@ -17,9 +17,11 @@ namespace {
 constexpr qint64 reserve = 32 << 20; // bytes; three seconds of the fastest BD
 constexpr qint64 sectorSize = AudioSource::sectorSize;
 
-// The mark by which read samples are aligned lies behind the first sectors, so that a drive that
-// reads from too early an address still finds all of it.
-constexpr qint64 firstMarkSector = 4;
+// The mark by which read samples are aligned, and where it lies among those around it.
+constexpr qsizetype markSize = 2 * sectorSize;
+constexpr qsizetype before = DiscFeed::farthestShift * sectorSize;
+constexpr qsizetype markedSize = before + markSize + before;
+constexpr qint64 frameSize = 4; // bytes of a sample of both channels
 
 const Failure noLongerWanted{QStringLiteral("The job was cancelled.")};
 
@@ -140,16 +142,31 @@ void DiscFeed::remember(const QByteArray &sectors)
 {
     for (qsizetype at = 0; at < sectors.size(); at += sectorSize) {
         const char *sector = sectors.constData() + at;
-        const auto number = static_cast<qint64>(m_digests.size());
         m_digests.push_back(digestOf(sector));
-        const bool silent = std::all_of(sector, sector + sectorSize, [](char c) { return c == 0; });
-        if (m_mark.isEmpty() && (silent || number < firstMarkSector))
-            continue;
-        if (m_mark.isEmpty())
-            m_markSector = number;
-        if (m_mark.size() < 2 * sectorSize)
-            m_mark.append(sector, sectorSize);
+        if (!m_hasMark)
+            lookForMark(sector);
     }
+}
+
+// A drive that reads a steady tone from a wrong address reads the same samples as from the right
+// one, or from several.
+void DiscFeed::lookForMark(const char *sector)
+{
+    m_recent.append(sector, sectorSize);
+    if (m_recent.size() < markedSize)
+        return;
+    const QByteArrayView mark = QByteArrayView(m_recent).sliced(before, markSize);
+    const bool silent = std::ranges::all_of(mark, [](char byte) { return byte == 0; });
+    qsizetype found = 0;
+    for (qsizetype at = 0; at + markSize <= markedSize && !silent; at += frameSize)
+        if (QByteArrayView(m_recent).sliced(at, markSize) == mark)
+            ++found;
+    m_hasMark = found == 1;
+    if (m_hasMark || (!silent && m_mark.isEmpty())) {
+        m_mark = mark.toByteArray();
+        m_markSector = static_cast<qint64>(m_digests.size()) - (markSize + before) / sectorSize;
+    }
+    m_recent.remove(0, sectorSize);
 }
 
 std::size_t DiscFeed::digestOf(const char *sector)

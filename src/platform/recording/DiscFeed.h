@@ -33,22 +33,30 @@ public:
     [[nodiscard]] qint64 blockSize() const;
 
     // Of an audio disc, once all of it was taken: a digest a sector, and the samples of two
-    // neighbouring sectors that are not silent, with the number of the first.
+    // neighbouring sectors that are found near them only once, with the number of the first. Where
+    // there are none, as in a steady tone, of the first that are not silent; empty on a silent
+    // disc.
     [[nodiscard]] const std::vector<std::size_t> &digests() const { return m_digests; }
     [[nodiscard]] const QByteArray &mark() const { return m_mark; }
     [[nodiscard]] qint64 markSector() const { return m_markSector; }
 
     [[nodiscard]] static std::size_t digestOf(const char *sector);
 
+    // Sectors by which a drive may read from a wrong address.
+    static constexpr qint64 farthestShift = 3;
+
 private:
     [[nodiscard]] Result<> feedData();
     [[nodiscard]] Result<> feedAudio(const std::stop_token &stop);
     void remember(const QByteArray &sectors);
+    void lookForMark(const char *sector);
 
     const DiscLayout m_layout;
     const qint64 m_shortestTrack; // blocks
     SectorQueue m_queue;
     std::vector<std::size_t> m_digests;
+    QByteArray m_recent; // sectors among which a mark is looked for
+    bool m_hasMark = false;
     QByteArray m_mark;
     qint64 m_markSector = 0;
     std::jthread m_thread; // last: it uses all of the above

@@ -17,7 +17,7 @@ constexpr qint64 readAtOnce = 32; // blocks; libburn's own limit, one command
 constexpr qint64 sectorSize = AudioSource::sectorSize;
 constexpr qint64 sectorsAtOnce = 24;
 constexpr qint64 frameSize = 4; // bytes of a sample of both channels
-constexpr qint64 farthest = 3;  // sectors by which reading may be off
+constexpr qint64 farthest = DiscFeed::farthestShift;
 
 class DiscComparer : public TrackSink
 {
@@ -98,7 +98,7 @@ Result<QByteArray> DiscVerifier::readSectors(qint64 first, qint64 count)
 }
 
 // By how many bytes what is read lies behind what was asked for. Of several places that would do,
-// as in a steady tone, the nearest is taken.
+// as on a disc of one steady tone, the nearest is taken.
 Result<qint64> DiscVerifier::shiftOf(const DiscFeed &feed)
 {
     const QByteArray &mark = feed.mark();

@@ -5,6 +5,7 @@
 #include "RecorderMonitor.h"
 #include "RecordingService.h"
 #include "ServiceAddress.h"
+#include "TerminationSignals.h"
 #include "ViewController.h"
 
 #include <QApplication>
@@ -49,6 +50,9 @@ int main(int argc, char **argv)
     ViewController window;
     if (!ownService)
         tellLater(&window, ownService.error());
+    const TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::received, &window,
+                     &ViewController::endJobsAndClose);
     window.show();
     return QApplication::exec();
 }

@@ -417,7 +417,8 @@ void ViewController::signOut()
 
 void ViewController::endJobsAndClose()
 {
-    m_closing = true;
+    if (std::exchange(m_closing, true))
+        return;
     setEnabled(false);
     setWindowTitle(windowTitle() + localized("ViewController", " – ending…"));
     RunningJobs::instance().abortAll();

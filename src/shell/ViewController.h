@@ -36,6 +36,9 @@ public:
     // session.
     void signOut();
 
+    // Closes the window without asking, when all jobs have been aborted and have ended.
+    void endJobsAndClose();
+
 protected:
     bool eventFilter(QObject *object, QEvent *event) override;
     void showEvent(QShowEvent *event) override;
@@ -68,8 +71,6 @@ private:
 
     void restorePlace();
     void savePlace() const;
-    void endJobsAndClose();
-
     [[nodiscard]] const ModuleItem *moduleOf(QTreeWidgetItem *item) const;
 
     std::unique_ptr<Ui::ViewController> m_ui;

@@ -7,6 +7,7 @@
 #include "DescribedRecorder.h"
 #include "RunningJobs.h"
 #include "Session.h"
+#include "TerminationSignals.h"
 #include "VirtualDrive.h"
 #include "WindowTestMain.h"
 
@@ -15,6 +16,8 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QTreeWidget>
+
+#include <csignal>
 
 namespace {
 
@@ -50,6 +53,7 @@ private Q_SLOTS:
     void recordersMenuFollowsTheRecorders();
     void insertAndEjectFromTheMenu();
     void closingAsksWhileAJobRuns();
+    void terminatedWhileAJobRuns();
     void placeIsRemembered();
 
 private:
@@ -266,6 +270,19 @@ void ViewControllerTest::closingAsksWhileAJobRuns()
     QVERIFY(!burn.errorText().isEmpty());
     QVERIFY2(!m_drive->device().mediaIsBusy(), "the job has ended before the window is gone");
     QVERIFY(!m_drive->device().mediaIsBlank());
+}
+
+void ViewControllerTest::terminatedWhileAJobRuns()
+{
+    const TerminationSignals termination;
+    connect(&termination, &TerminationSignals::received, m_window.get(),
+            &ViewController::endJobsAndClose);
+    DRBurn burn = longBurn(m_drive->device(), m_folder.filePath(QStringLiteral("long.iso")));
+    QTRY_VERIFY(m_drive->device().mediaIsBusy());
+    std::raise(SIGTERM);
+    QVERIFY(m_window->isVisible());
+    QTRY_VERIFY(!m_window->isVisible());
+    QVERIFY2(!m_drive->device().mediaIsBusy(), "the job has ended before the window is gone");
 }
 
 void ViewControllerTest::placeIsRemembered()

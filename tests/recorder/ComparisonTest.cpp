@@ -1,7 +1,6 @@
 // The same disc burned by this system and by other programs in the same drive: the same blocks, the
 // same sectors, the same CD-Text.
 #include "AudioDisc.h"
-#include "BurnRun.h"
 #include "DRCDTextKeys.h"
 #include "DRKeys.h"
 #include "RealDrive.h"
@@ -24,13 +23,6 @@ private Q_SLOTS:
     void audioAsByCdrdao();
 
 private:
-    void burn(const BurnRequest &request) const
-    {
-        m_drive->onItsThread([&] {
-            const Result<> burned = BurnRun().burn(m_drive->recorder(), request);
-            QVERIFY2(burned, qPrintable(burned.error()));
-        });
-    }
     void runOther(const QString &program, const QStringList &arguments) const
     {
         const EmulatedDrive::Run run =
@@ -72,7 +64,8 @@ void ComparisonTest::dataAsByXorriso()
     BurnRequest request;
     request.tracks = {DRTrack::trackForImageFile(image)};
     request.appendable = appendable;
-    burn(request);
+    const Result<> burned = m_drive->burn(request);
+    QVERIFY2(burned, qPrintable(burned.error()));
     QVERIFY(theirs.contains(fileContent(image)));
     QVERIFY(onDisc() == theirs);
 }
@@ -119,7 +112,8 @@ void ComparisonTest::audioAsByCdrdao()
     m_drive->insert(DRDeviceMediaTypeCDR);
     BurnRequest request = disc.request();
     request.cdText = text;
-    burn(request);
+    const Result<> burned = m_drive->burn(request);
+    QVERIFY2(burned, qPrintable(burned.error()));
     QVERIFY(onDisc() == theirs);
     QCOMPARE(m_drive->emulated().packs().toHex(' '), theirPacks.toHex(' '));
     QCOMPARE(theirPacks.isEmpty(), languages.isEmpty());

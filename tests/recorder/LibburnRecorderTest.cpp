@@ -1,16 +1,18 @@
-// The driver of real drives against the emulated one: what is told of drive and media, burns of
-// every kind and their ends, erasing, and drives that come and go.
+// Burning and erasing with libburn in the emulated drive: what lies on the disc then, and every way
+// in which a job ends.
 #include "AudioDisc.h"
-#include "BurnRun.h"
 #include "DRCDTextKeys.h"
 #include "DRKeys.h"
 #include "RealDrive.h"
 #include "TestMain.h"
 
-#include <QProcess>
 #include <QRegularExpression>
 
-#include <csignal>
+namespace {
+
+constexpr qint64 blockSize = 2048;
+
+}
 
 class LibburnRecorderTest : public QObject
 {
@@ -20,7 +22,6 @@ private Q_SLOTS:
     void init() { m_drive = std::make_unique<RealDrive>(); }
     void cleanup() { m_drive.reset(); }
 
-    void describesDriveAndMedium();
     void burnsData_data();
     void burnsData();
     void burnsAudio_data();
@@ -29,93 +30,17 @@ private Q_SLOTS:
     void shortTracksAreFilledUp();
     void erases_data();
     void erases();
-    void refusals_data();
-    void refusals();
     void faults_data();
     void faults();
     void cancelled_data();
     void cancelled();
-    void childrenDoNotHoldTheDrive();
-    void waitsForTheMedium();
-    void unreadableIsNotBlank();
     void cancelledErase_data();
     void cancelledErase();
     void unpluggedWhileErasing();
-    void notToBeAsked_data();
-    void notToBeAsked();
-    void ejectsWhatIsSpunUp();
-    void comesAndGoes();
 
 private:
-    [[nodiscard]] BurnRequest imageOf(qint64 bytes) const
-    {
-        BurnRequest request;
-        request.tracks = {
-            DRTrack::trackForImageFile(m_drive->makeSource(QStringLiteral("image.iso"), bytes))};
-        return request;
-    }
-    [[nodiscard]] Result<> burn(const BurnRequest &request) const
-    {
-        BurnRun run;
-        return burn(run, request);
-    }
-    [[nodiscard]] Result<> burn(BurnRun &run, const BurnRequest &request) const
-    {
-        Result<> result = Done{};
-        m_drive->onItsThread([&] { result = run.burn(m_drive->recorder(), request); });
-        return result;
-    }
-    [[nodiscard]] Result<> erase(BurnRun &run, EraseType type) const
-    {
-        Result<> result = Done{};
-        m_drive->onItsThread([&] { result = run.erase(m_drive->recorder(), type); });
-        return result;
-    }
-    [[nodiscard]] QVariantMap medium() const
-    {
-        return m_drive->device().status().value(DRDeviceMediaInfoKey).toMap();
-    }
-
     std::unique_ptr<RealDrive> m_drive;
 };
-
-namespace {
-
-constexpr qint64 blockSize = 2048;
-
-}
-
-void LibburnRecorderTest::describesDriveAndMedium()
-{
-    const DRDevice device = m_drive->device();
-    QCOMPARE(device.displayName(), QStringLiteral("EMULATED DVD-RW TESTDRIVE"));
-    QVERIFY(device.writesCD() && device.writesDVD());
-    const QVariantMap info = device.info();
-    const QMap<QString, QVariant> expected{
-        {DRDeviceVendorNameKey, QStringLiteral("EMULATED")},
-        {DRDeviceFirmwareRevisionKey, QStringLiteral("1.00")},
-        {DRDeviceSerialNumberKey, QStringLiteral("MMC0001")},
-        {DRDevicePhysicalInterconnectKey, QStringLiteral("SATA")},
-        {DRDevicePhysicalInterconnectLocationKey,
-         QString(DRDevicePhysicalInterconnectLocationInternal)},
-        {DRDeviceLoadingMechanismCanEjectKey, true},
-        {DRDeviceWriteBufferSizeKey, 2048},
-        {DRDeviceSupportLevelKey, QString(DRDeviceSupportLevelSupported)}};
-    for (auto it = expected.cbegin(); it != expected.cend(); ++it)
-        QCOMPARE(info.value(it.key()), it.value());
-    const QVariantMap writes = info.value(DRDeviceWriteCapabilitiesKey).toMap();
-    QVERIFY(writes.value(DRDeviceCanWriteCDTextKey).toBool());
-    QVERIFY(writes.value(DRDeviceCanWriteBDREKey).toBool());
-    QVERIFY(!writes.value(DRDeviceCanWriteDVDRKey).toBool());
-
-    QCOMPARE(device.mediaType(), QString(DRDeviceMediaTypeCDRW));
-    QCOMPARE(device.bsdName(), QStringLiteral("sr0"));
-    QCOMPARE(device.mediaSpaceFree(), DRMSF(359849));
-    QVERIFY(device.mediaIsBlank() && device.mediaIsAppendable() && device.mediaIsErasable());
-    QCOMPARE(medium().value(DRDeviceBurnSpeedsKey),
-             QVariant(QVariantList{704.0, 1408.0, 1760.0, 4224.0}));
-    QCOMPARE(device.status().value(DRDeviceMaximumWriteSpeedKey).toDouble(), 4224.0);
-}
 
 void LibburnRecorderTest::burnsData_data()
 {
@@ -135,13 +60,13 @@ void LibburnRecorderTest::burnsData()
     QFETCH(const bool, appendable);
     QFETCH(const qint64, blocks);
     m_drive->insert(type, 20000);
-    BurnRequest request = imageOf(blocks * blockSize);
+    BurnRequest request = m_drive->imageOf(blocks * blockSize);
     request.verify = true;
     request.appendable = appendable;
     request.speed = 1408;
     m_drive->emulated().noteCommands();
     BurnRun run;
-    const Result<> burned = burn(run, request);
+    const Result<> burned = m_drive->burn(run, request);
     QVERIFY2(burned, qPrintable(burned.error()));
     QCOMPARE(run.states(),
              (QStringList{DRStatusStateSessionOpen, DRStatusStateTrackOpen, DRStatusStateTrackWrite,
@@ -178,11 +103,11 @@ void LibburnRecorderTest::burnsAudio()
     text.setTrackDictionaries({{{DRCDTextTitleKey, QStringLiteral("Disc")}},
                                {{DRCDTextTitleKey, QStringLiteral("One")}}});
     request.cdText = {text};
-    const Result<> burned = burn(request);
+    const Result<> burned = m_drive->burn(request);
     QVERIFY2(burned, qPrintable(burned.error()));
     QVERIFY(m_drive->burnedAudio() == disc.content());
     QVERIFY(m_drive->emulated().packs().contains("Disc"));
-    QCOMPARE(medium().value(DRDeviceMediaTrackCountKey).toInt(), 3);
+    QCOMPARE(m_drive->medium().value(DRDeviceMediaTrackCountKey).toInt(), 3);
     QCOMPARE(m_drive->device().mediaIsAppendable(), appendable);
 }
 
@@ -195,7 +120,7 @@ void LibburnRecorderTest::alignsWhatStartsWithATone()
     request.tracks = {DRTrack::trackForAudioFile(
         m_drive->storeSource(QStringLiteral("tone.wav"), WavTracks::wav(sound)))};
     request.verify = true;
-    const Result<> burned = burn(request);
+    const Result<> burned = m_drive->burn(request);
     QVERIFY2(burned, qPrintable(burned.error()));
 }
 
@@ -212,7 +137,7 @@ void LibburnRecorderTest::shortTracksAreFilledUp()
         content += sound + QByteArray(std::max(300 - sectors, 0) * 2352, '\0');
     }
     request.verify = true;
-    const Result<> burned = burn(request);
+    const Result<> burned = m_drive->burn(request);
     QVERIFY2(burned, qPrintable(burned.error()));
     QVERIFY(m_drive->burnedAudio() == content);
 }
@@ -233,51 +158,16 @@ void LibburnRecorderTest::erases()
     QFETCH(const bool, complete);
     constexpr qint64 size = 2000 * blockSize;
     m_drive->insert(type, 20000);
-    QVERIFY(burn(imageOf(size)));
+    QVERIFY(m_drive->burn(m_drive->imageOf(size)));
     QVERIFY(!m_drive->device().mediaIsBlank());
     BurnRun run;
-    const Result<> erased = erase(run, complete ? EraseType::Complete : EraseType::Quick);
+    const Result<> erased = m_drive->erase(run, complete ? EraseType::Complete : EraseType::Quick);
     QVERIFY2(erased, qPrintable(erased.error()));
     QVERIFY(std::ranges::is_sorted(run.fractions()));
     QVERIFY(m_drive->device().mediaIsBlank());
     const bool allZero = m_drive->burnedData(size) == QByteArray(size, '\0');
     QCOMPARE(allZero, complete || type == DRDeviceMediaTypeCDRW);
-    QVERIFY(burn(imageOf(size)));
-}
-
-void LibburnRecorderTest::refusals_data()
-{
-    QTest::addColumn<QString>("medium");
-    QTest::addColumn<QString>("faults");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("no medium") << "none" << QString() << "There is no medium in the recorder.";
-    QTest::newRow("too small") << "cd-r 400" << QString()
-                               << "The source needs 500 blocks, the medium holds 400.";
-    QTest::newRow("pressed") << "cd-rom" << QString() << "The medium is not blank.";
-    QTest::newRow("no permission") << "cd-r"
-                                   << "denied"
-                                   << "in the group cdrom";
-    QTest::newRow("in use") << "cd-r"
-                            << "busy"
-                            << "Another program uses /dev/sr0";
-    QTest::newRow("unplugged") << "cd-r"
-                               << "gone"
-                               << "not attached any more";
-    QTest::newRow("spun up for long") << "cd-r"
-                                      << "not-ready 600"
-                                      << "does not get its medium ready";
-}
-
-void LibburnRecorderTest::refusals()
-{
-    QFETCH(const QString, medium);
-    QFETCH(const QString, faults);
-    QFETCH(const QString, reason);
-    m_drive->emulated().insert(medium);
-    m_drive->emulated().setFaults(faults);
-    const Result<> burned = burn(imageOf(500 * blockSize));
-    QVERIFY(!burned);
-    QVERIFY2(burned.error().contains(reason), qPrintable(burned.error()));
+    QVERIFY(m_drive->burn(m_drive->imageOf(size)));
 }
 
 void LibburnRecorderTest::faults_data()
@@ -320,9 +210,9 @@ void LibburnRecorderTest::faults()
     m_drive->insert(type.isEmpty() ? QString(DRDeviceMediaTypeCDR) : type, 20000);
     m_drive->emulated().setFaults(fault);
     BurnRequest request =
-        type.isEmpty() ? AudioDisc(*m_drive).request() : imageOf(1000 * blockSize);
+        type.isEmpty() ? AudioDisc(*m_drive).request() : m_drive->imageOf(1000 * blockSize);
     request.verify = true;
-    const Result<> burned = burn(request);
+    const Result<> burned = m_drive->burn(request);
     QVERIFY(!burned);
     QVERIFY2(burned.error().contains(reason, Qt::CaseInsensitive), qPrintable(burned.error()));
     QVERIFY(!m_drive->device().status().value(DRDeviceIsBusyKey).toBool());
@@ -340,45 +230,14 @@ void LibburnRecorderTest::cancelled()
 {
     QFETCH(const QString, state);
     m_drive->emulated().setFaults(QStringLiteral("pace 20000"));
-    BurnRequest request = imageOf(4000 * blockSize);
+    BurnRequest request = m_drive->imageOf(4000 * blockSize);
     request.verify = true;
     BurnRun run;
     run.at(state, [&run] { run.stop(); });
-    const Result<> burned = burn(run, request);
+    const Result<> burned = m_drive->burn(run, request);
     QCOMPARE(burned.error(), QStringLiteral("The job was cancelled."));
     QCOMPARE(run.states().last(), state);
     QCOMPARE(m_drive->device().mediaIsBlank(), state == DRStatusStateSessionOpen);
-}
-
-void LibburnRecorderTest::childrenDoNotHoldTheDrive()
-{
-    BurnRun run;
-    qint64 child = 0;
-    run.at(DRStatusStateTrackWrite, [&child] {
-        QProcess::startDetached(QStringLiteral("sleep"), {QStringLiteral("60")}, {}, &child);
-    });
-    QVERIFY(burn(run, imageOf(500 * blockSize)));
-    QVERIFY(child > 0 && !m_drive->isHeld());
-    ::kill(static_cast<pid_t>(child), SIGKILL);
-}
-
-void LibburnRecorderTest::waitsForTheMedium()
-{
-    m_drive->emulated().setFaults(QStringLiteral("not-ready 3"));
-    const Result<> burned = burn(imageOf(500 * blockSize));
-    QVERIFY2(burned, qPrintable(burned.error()));
-}
-
-// What cannot be read might be all that there is of something.
-void LibburnRecorderTest::unreadableIsNotBlank()
-{
-    m_drive->insert(DRDeviceMediaTypeDVDPlusRW, 20000);
-    BurnRun run;
-    run.at(DRStatusStateTrackWrite,
-           [this] { m_drive->emulated().setFaults(QStringLiteral("read-error 16")); });
-    QVERIFY(burn(run, imageOf(500 * blockSize)));
-    QVERIFY(m_drive->device().mediaIsPresent() && !m_drive->device().mediaIsBlank());
-    QCOMPARE(burn(imageOf(500 * blockSize)).error(), QStringLiteral("The medium is not blank."));
 }
 
 void LibburnRecorderTest::cancelledErase_data()
@@ -400,13 +259,14 @@ void LibburnRecorderTest::cancelledErase()
     QFETCH(const QString, command);
     QFETCH(const bool, sent);
     m_drive->insert(type, 20000);
-    QVERIFY(burn(imageOf(500 * blockSize)));
+    QVERIFY(m_drive->burn(m_drive->imageOf(500 * blockSize)));
     m_drive->emulated().noteCommands();
     BurnRun run;
     if (state.isEmpty())
         run.stop();
     run.at(state, [&run] { run.stop(); });
-    QCOMPARE(erase(run, EraseType::Complete).error(), QStringLiteral("The job was cancelled."));
+    QCOMPARE(m_drive->erase(run, EraseType::Complete).error(),
+             QStringLiteral("The job was cancelled."));
     const QRegularExpression wanted(command);
     QCOMPARE(!m_drive->emulated().commands().filter(wanted).isEmpty(), sent);
     QCOMPARE(m_drive->device().mediaIsBlank(), sent);
@@ -416,60 +276,11 @@ void LibburnRecorderTest::unpluggedWhileErasing()
 {
     BurnRun run;
     m_drive->emulated().setFaults(QStringLiteral("gone-after 0xa1"));
-    const Result<> erased = erase(run, EraseType::Complete);
+    const Result<> erased = m_drive->erase(run, EraseType::Complete);
     QVERIFY2(erased.error().contains(QStringLiteral("disconnected")), qPrintable(erased.error()));
     QTRY_VERIFY(!m_drive->device().isValid());
     m_drive->attach();
-    QVERIFY(burn(imageOf(500 * blockSize)));
-}
-
-void LibburnRecorderTest::notToBeAsked_data()
-{
-    QTest::addColumn<QString>("fault");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("in use") << "busy"
-                            << "Another program uses /dev/sr0, or its disc is mounted.";
-    QTest::newRow("no permission") << "denied"
-                                   << "in the group cdrom";
-}
-
-// A drive that is kept from this program is shown as the system knows it, and asked when it is
-// free.
-void LibburnRecorderTest::notToBeAsked()
-{
-    QFETCH(const QString, fault);
-    QFETCH(const QString, reason);
-    m_drive.reset();
-    m_drive = std::make_unique<RealDrive>(fault);
-    const DRDevice device = m_drive->device();
-    QCOMPARE(device.displayName(), QStringLiteral("EMULATED DVD-RW TESTDRIVE"));
-    QVERIFY(device.writesCD() && device.writesDVD());
-    QVERIFY(device.mediaIsPresent() && device.mediaIsBlank() && device.mediaIsErasable());
-    QCOMPARE(device.mediaType(), QString(DRDeviceMediaTypeCDRW));
-    const Result<> burned = burn(imageOf(500 * blockSize));
-    QVERIFY2(burned.error().contains(reason), qPrintable(burned.error()));
-    m_drive->emulated().setFaults({});
-    QTRY_COMPARE_WITH_TIMEOUT(device.mediaSpaceFree(), DRMSF(359849), 20000);
-    QVERIFY(burn(imageOf(500 * blockSize)));
-}
-
-void LibburnRecorderTest::ejectsWhatIsSpunUp()
-{
-    m_drive->emulated().setFaults(QStringLiteral("not-ready 2"));
-    QVERIFY(m_drive->device().ejectMedia());
-    QTRY_VERIFY_WITH_TIMEOUT(m_drive->device().trayIsOpen(), 20000);
-}
-
-void LibburnRecorderTest::comesAndGoes()
-{
-    m_drive->insert(DRDeviceMediaTypeDVDPlusRW, 3000);
-    m_drive->detach();
-    QVERIFY(!m_drive->device().isValid());
-    m_drive->attach();
-    QVERIFY(m_drive->device().isValid());
-    QCOMPARE(m_drive->device().mediaType(), QString(DRDeviceMediaTypeDVDPlusRW));
-    QVERIFY(m_drive->device().ejectMedia());
-    QTRY_VERIFY(!m_drive->device().mediaIsPresent() && m_drive->device().trayIsOpen());
+    QVERIFY(m_drive->burn(m_drive->imageOf(500 * blockSize)));
 }
 
 MAPLORN_TEST_MAIN(LibburnRecorderTest)

@@ -50,6 +50,38 @@ void RealDrive::onItsThread(const std::function<void()> &task) const
     done.get_future().wait();
 }
 
+Result<> RealDrive::burn(const BurnRequest &request) const
+{
+    BurnRun run;
+    return burn(run, request);
+}
+
+Result<> RealDrive::burn(BurnRun &run, const BurnRequest &request) const
+{
+    Result<> result = Done{};
+    onItsThread([&] { result = run.burn(recorder(), request); });
+    return result;
+}
+
+Result<> RealDrive::erase(BurnRun &run, EraseType type) const
+{
+    Result<> result = Done{};
+    onItsThread([&] { result = run.erase(recorder(), type); });
+    return result;
+}
+
+BurnRequest RealDrive::imageOf(qint64 bytes) const
+{
+    BurnRequest request;
+    request.tracks = {DRTrack::trackForImageFile(makeSource(QStringLiteral("image.iso"), bytes))};
+    return request;
+}
+
+QVariantMap RealDrive::medium() const
+{
+    return m_device.status().value(DRDeviceMediaInfoKey).toMap();
+}
+
 void RealDrive::insert(const QString &type, qint64 capacity)
 {
     const MediaType *known = MediaTypes::find(type);
@@ -80,9 +112,7 @@ void RealDrive::attach()
 
 QByteArray RealDrive::burnedData(qint64 bytes) const
 {
-    const bool isCd =
-        m_device.status().value(DRDeviceMediaInfoKey).toMap().value(DRDeviceMediaClassKey)
-        == DRDeviceMediaClassCD;
+    const bool isCd = medium().value(DRDeviceMediaClassKey) == DRDeviceMediaClassCD;
     return m_emulated.data(0, (bytes + blockSize - 1) / blockSize, isCd).first(bytes);
 }
 

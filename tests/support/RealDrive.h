@@ -1,6 +1,7 @@
 // The drive of a test that burns with libburn, in the emulated drive. Main thread.
 #pragma once
 
+#include "BurnRun.h"
 #include "EmulatedDrive.h"
 #include "RecorderMonitor.h"
 #include "TestDrive.h"
@@ -24,9 +25,18 @@ public:
     [[nodiscard]] bool isHeld() const override;
     void detach() override;
 
-    // Does it on the recorder's own thread, after what is done there now, and waits for its end.
-    void onItsThread(const std::function<void()> &task) const;
     void attach() override;
+
+    // Run a job on the recorder's own thread, after what is done there now, and wait for its end.
+    [[nodiscard]] Result<> burn(const BurnRequest &request) const;
+    [[nodiscard]] Result<> burn(BurnRun &run, const BurnRequest &request) const;
+    [[nodiscard]] Result<> erase(BurnRun &run, EraseType type) const;
+
+    // The burn of an image of that many bytes.
+    [[nodiscard]] BurnRequest imageOf(qint64 bytes) const;
+
+    // The medium's part of the device status.
+    [[nodiscard]] QVariantMap medium() const;
 
     [[nodiscard]] QByteArray burnedData(qint64 bytes) const override;
     [[nodiscard]] QByteArray burnedAudio() const override;
@@ -34,6 +44,7 @@ public:
 
 private:
     void awaitDevice();
+    void onItsThread(const std::function<void()> &task) const;
 
     EmulatedDrive m_emulated;
     std::unique_ptr<RecorderMonitor> m_monitor;

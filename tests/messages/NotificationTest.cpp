@@ -246,13 +246,9 @@ void NotificationTest::targets_data()
                                << "Germany"
                                << "" << true << QStringList{"Europe", "Germany", "1"};
     QTest::newRow("another continent forgets the country")
-        << "Europe"
-        << "Germany"
-        << "Africa" << true << QStringList{"Africa", "", "1"};
+        << europe << germany << "Africa" << true << QStringList{"Africa", "", "1"};
     QTest::newRow("no continent forgets both")
-        << "Europe"
-        << "Germany"
-        << "Please choose" << true << QStringList{"", "", "1"};
+        << europe << germany << "Please choose" << true << QStringList{"", "", "1"};
 }
 
 void NotificationTest::targets()
@@ -296,21 +292,16 @@ void NotificationTest::updateKeepsWhatIsNotEdited_data()
     QTest::addColumn<QString>("shownCountry");
 
     const QString none = QStringLiteral("Please choose");
-    QTest::newRow("everybody") << ""
-                               << "" << none << "";
-    QTest::newRow("a continent") << europe << "" << europe << none;
+    const QString gondwana = QStringLiteral("Gondwana");
+    const QString atlantis = QStringLiteral("Atlantis");
+    const QString empty;
+    QTest::newRow("everybody") << empty << empty << none << empty;
+    QTest::newRow("a continent") << europe << empty << europe << none;
     QTest::newRow("a country") << europe << germany << europe << germany;
-    QTest::newRow("an unknown country") << europe << "Atlantis" << europe << "";
-    QTest::newRow("an unknown continent") << "Gondwana"
-                                          << ""
-                                          << ""
-                                          << "";
-    QTest::newRow("both unknown") << "Gondwana"
-                                  << "Atlantis"
-                                  << ""
-                                  << "";
-    QTest::newRow("a country of no continent") << "" << germany << ""
-                                               << "";
+    QTest::newRow("an unknown country") << europe << atlantis << europe << empty;
+    QTest::newRow("an unknown continent") << gondwana << empty << empty << empty;
+    QTest::newRow("both unknown") << gondwana << atlantis << empty << empty;
+    QTest::newRow("a country of no continent") << empty << germany << empty << empty;
 }
 
 void NotificationTest::updateKeepsWhatIsNotEdited()

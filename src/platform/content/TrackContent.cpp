@@ -13,7 +13,7 @@
 
 namespace {
 
-class Comparer : public TrackSink
+class Comparer : public ByteSink
 {
 public:
     explicit Comparer(int descriptor)
@@ -29,18 +29,6 @@ public:
             return Done{};
         const auto *different = std::mismatch(data, data + length, m_found.get()).first;
         return differs(start + (different - data));
-    }
-
-    Result<> zeros(qint64 start, qint64 length) override
-    {
-        std::memset(m_wanted.get(), 0, static_cast<size_t>(length));
-        return bytes(start, m_wanted.get(), length);
-    }
-
-    Result<> piece(qint64 start, const SourceFile &file, qint64 offset, qint64 length) override
-    {
-        const Result<> got = file.read(m_wanted.get(), offset, length);
-        return got ? bytes(start, m_wanted.get(), length) : got;
     }
 
 private:
@@ -68,7 +56,6 @@ private:
 
     const int m_descriptor;
     std::unique_ptr<char[]> m_found{new char[TrackPass::chunkSize]};
-    std::unique_ptr<char[]> m_wanted{new char[TrackPass::chunkSize]};
 };
 
 }

@@ -154,3 +154,15 @@ Result<> TrackPass::advanceBy(qint64 length)
     m_start += length;
     return m_advance ? m_advance(length) : Done{};
 }
+
+Result<> ByteSink::zeros(qint64 start, qint64 length)
+{
+    std::memset(m_buffer.get(), 0, static_cast<size_t>(length));
+    return bytes(start, m_buffer.get(), length);
+}
+
+Result<> ByteSink::piece(qint64 start, const SourceFile &file, qint64 offset, qint64 length)
+{
+    const Result<> got = file.read(m_buffer.get(), offset, length);
+    return got ? bytes(start, m_buffer.get(), length) : got;
+}

@@ -55,3 +55,14 @@ private:
     qint64 m_start = 0;               // bytes from the start of the track
     qint64 m_fill = 0;                // bytes
 };
+
+// A sink for which all is bytes: what is zero, and what a file holds, is put into memory first.
+class ByteSink : public TrackSink
+{
+public:
+    Result<> zeros(qint64 start, qint64 length) final;
+    Result<> piece(qint64 start, const SourceFile &file, qint64 offset, qint64 length) final;
+
+private:
+    std::unique_ptr<char[]> m_buffer{new char[TrackPass::chunkSize]};
+};

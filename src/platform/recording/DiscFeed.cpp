@@ -1,7 +1,6 @@
 #include "DiscFeed.h"
 
 #include "PcmReader.h"
-#include "SourceFile.h"
 #include "TrackPass.h"
 
 #include <QHashFunctions>
@@ -25,7 +24,7 @@ constexpr qint64 frameSize = 4; // bytes of a sample of both channels
 
 const Failure noLongerWanted{QStringLiteral("The job was cancelled.")};
 
-class QueueSink : public TrackSink
+class QueueSink : public ByteSink
 {
 public:
     explicit QueueSink(SectorQueue &queue)
@@ -37,20 +36,9 @@ public:
     {
         return m_queue.put(data, length) ? Result<>(Done{}) : noLongerWanted;
     }
-    Result<> zeros(qint64 start, qint64 length) override
-    {
-        std::fill_n(m_buffer.get(), length, '\0');
-        return bytes(start, m_buffer.get(), length);
-    }
-    Result<> piece(qint64 start, const SourceFile &file, qint64 offset, qint64 length) override
-    {
-        const Result<> got = file.read(m_buffer.get(), offset, length);
-        return got ? bytes(start, m_buffer.get(), length) : got;
-    }
 
 private:
     SectorQueue &m_queue;
-    std::unique_ptr<char[]> m_buffer{new char[TrackPass::chunkSize]};
 };
 
 // What libburn knows of a track's source.

@@ -1,7 +1,6 @@
 #include "DiscVerifier.h"
 
 #include "DRMSF.h"
-#include "SourceFile.h"
 #include "TrackPass.h"
 
 #include <algorithm>
@@ -19,7 +18,7 @@ constexpr qint64 sectorsAtOnce = 24;
 constexpr qint64 frameSize = 4; // bytes of a sample of both channels
 constexpr qint64 farthest = DiscFeed::farthestShift;
 
-class DiscComparer : public TrackSink
+class DiscComparer : public ByteSink
 {
 public:
     DiscComparer(LibburnDrive &drive, qint64 blockCount)
@@ -46,16 +45,6 @@ public:
         }
         return Done{};
     }
-    Result<> zeros(qint64 start, qint64 length) override
-    {
-        std::fill_n(m_wanted.get(), length, '\0');
-        return bytes(start, m_wanted.get(), length);
-    }
-    Result<> piece(qint64 start, const SourceFile &file, qint64 offset, qint64 length) override
-    {
-        const Result<> got = file.read(m_wanted.get(), offset, length);
-        return got ? bytes(start, m_wanted.get(), length) : got;
-    }
 
 private:
     Result<> load(qint64 block)
@@ -72,7 +61,6 @@ private:
     QByteArray m_buffer = QByteArray(readAtOnce * blockSize, Qt::Uninitialized);
     qint64 m_first = 0;
     qint64 m_count = 0;
-    std::unique_ptr<char[]> m_wanted{new char[TrackPass::chunkSize]};
 };
 
 }

@@ -1,11 +1,21 @@
 #include "RecordersMenu.h"
 
+#include "Alerts.h"
 #include "Localized.h"
 #include "MediaTypes.h"
 
 #include <QMenu>
 
 namespace {
+
+void insertMedium(const DRDevice &device, const QString &type, const RecorderCommands &commands)
+{
+    if (const Result<> inserted = device.insertBlankMedium(type); inserted)
+        commands.mediumInserted();
+    else
+        MiscTool::showAlert(localized("ViewController", "The medium cannot be inserted."),
+                            inserted.error());
+}
 
 void addRecorder(QMenu *menu, const DRDevice &device, const RecorderCommands &commands)
 {
@@ -25,7 +35,7 @@ void addRecorder(QMenu *menu, const DRDevice &device, const RecorderCommands &co
     for (const QString &type : types)
         QObject::connect(insert->addAction(QString(MediaTypes::find(type)->name)),
                          &QAction::triggered, menu,
-                         [commands, device, type] { commands.insert(device, type); });
+                         [commands, device, type] { insertMedium(device, type, commands); });
 }
 
 }

@@ -13,7 +13,7 @@ struct RecorderCommands
 {
     std::function<void(const DRDevice &)> information;
     std::function<void(const DRDevice &)> eject;
-    std::function<void(const DRDevice &, const QString &type)> insert;
+    std::function<void()> mediumInserted; // called after it
 };
 
 // Empties the menu first. Commands that cannot be run now are disabled.

@@ -1,5 +1,6 @@
 #include "ViewController.h"
 
+#include "AboutBox.h"
 #include "Alerts.h"
 #include "DRKeys.h"
 #include "DRNotificationCenter.h"
@@ -8,6 +9,7 @@
 #include "LoginViewController.h"
 #include "LogoutViewController.h"
 #include "MainQueue.h"
+#include "ModuleListLook.h"
 #include "NoticeOfPreloginViewController.h"
 #include "NotificationPopUps.h"
 #include "PortalViewController.h"
@@ -18,7 +20,6 @@
 
 #include <QCloseEvent>
 #include <QMenu>
-#include <QMessageBox>
 
 #include <utility>
 
@@ -28,32 +29,6 @@ constexpr int listWidth = 222;
 constexpr QSize defaultSize(900, 620);
 const QString geometryKey = QStringLiteral("WindowGeometry");
 
-// The picture as it is in a chosen row too, where the style would tint it.
-QIcon moduleIcon(const QString &imageName)
-{
-    const QString path = QStringLiteral(":/icons/%1.svg").arg(imageName);
-    QIcon icon(path);
-    icon.addFile(path, {}, QIcon::Selected);
-    return icon;
-}
-
-// The chosen row in a pale tone of the highlight, on which the coloured icons can be told apart.
-void paleHighlight(QWidget *list)
-{
-    constexpr double share = 0.28;
-    QPalette palette = list->palette();
-    const auto mix = [](float a, float b) {
-        return a * static_cast<float>(share) + b * static_cast<float>(1 - share);
-    };
-    const QColor strong = palette.color(QPalette::Highlight);
-    const QColor base = palette.color(QPalette::Base);
-    palette.setColor(QPalette::Highlight, QColor::fromRgbF(mix(strong.redF(), base.redF()),
-                                                           mix(strong.greenF(), base.greenF()),
-                                                           mix(strong.blueF(), base.blueF())));
-    palette.setColor(QPalette::HighlightedText, palette.color(QPalette::Text));
-    list->setPalette(palette);
-}
-
 }
 
 ViewController::ViewController()
@@ -62,7 +37,7 @@ ViewController::ViewController()
     m_ui->setupUi(this);
     m_ui->splitView->setStretchFactor(0, 0);
     m_ui->splitView->setStretchFactor(1, 1);
-    paleHighlight(m_ui->outlineView);
+    ModuleListLook::paleHighlight(m_ui->outlineView);
     restorePlace();
     makeMenus();
     m_ui->outlineView->viewport()->installEventFilter(this);
@@ -181,7 +156,7 @@ void ViewController::reloadList()
         title->setForeground(0, palette().brush(QPalette::PlaceholderText));
         for (const ModuleItem &module : group.value()) {
             auto *item = new QTreeWidgetItem(title, {module.name});
-            item->setIcon(0, moduleIcon(module.imageName));
+            item->setIcon(0, ModuleListLook::icon(module.imageName));
         }
     }
     list->expandAll();
@@ -292,14 +267,14 @@ void ViewController::makeMenus()
     connect(m_ui->portalAction, &QAction::triggered, this, [this] {
         showExtraPage(std::unique_ptr<Page>(PortalViewController::getViewController()));
     });
-    connect(m_ui->aboutAction, &QAction::triggered, this, &ViewController::showAbout);
+    connect(m_ui->aboutAction, &QAction::triggered, this, [this] { showAboutBox(this); });
 }
 
 RecorderCommands ViewController::recorderCommands()
 {
     return {[this](const DRDevice &device) { showInformation(device); },
             [this](const DRDevice &device) { ejectAction(device); },
-            [this](const DRDevice &device, const QString &type) { insertMedium(device, type); }};
+            [this] { showMediumChanged(); }};
 }
 
 // A page that stands in no module list, in place of the one shown.
@@ -319,20 +294,23 @@ void ViewController::showInformation(const DRDevice &device)
 
 void ViewController::ejectAction(const DRDevice &device)
 {
-    if (device.ejectMedia())
-        showMediumChanged();
-    else
+    if (!device.ejectMedia()) {
         MiscTool::showAlert(localized("ViewController", "The medium cannot be ejected."),
                             localized("ViewController", "Please wait until the recorder is free."));
+        return;
+    }
+    showMediumChanged();
+    // A tray of metal takes its time.
+    DRNotificationCenter::currentRunLoop().addObserver(
+        this, [this](const DRNotification &notification) { ejected(notification); },
+        DRDeviceStatusChangedNotification, QVariant::fromValue(device));
 }
 
-void ViewController::insertMedium(const DRDevice &device, const QString &type)
+void ViewController::ejected(const DRNotification &notification)
 {
-    if (const Result<> inserted = device.insertBlankMedium(type); !inserted)
-        MiscTool::showAlert(localized("ViewController", "The medium cannot be inserted."),
-                            inserted.error());
-    else
-        showMediumChanged();
+    DRNotificationCenter::currentRunLoop().removeObserver(this, DRDeviceStatusChangedNotification,
+                                                          notification.object);
+    showMediumChanged();
 }
 
 // The page shown looks at its medium afresh when it appears again.
@@ -340,20 +318,6 @@ void ViewController::showMediumChanged()
 {
     if (!m_extraPage && m_initialSelected)
         outlineViewClicked(itemAt(m_lastIndex));
-}
-
-void ViewController::showAbout()
-{
-    auto *box = new QMessageBox(this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setIconPixmap(windowIcon().pixmap(64));
-    box->setWindowTitle(localized("ViewController", "About Maplorn Disc"));
-    box->setText(QStringLiteral("Maplorn Disc ") + QStringLiteral(MAPLORN_VERSION));
-    box->setInformativeText(
-        localized("ViewController", "Burns and erases discs and makes disc images.\n"
-                                    "Free software under the GNU General Public License, version 3 "
-                                    "or later."));
-    box->open();
 }
 
 void ViewController::deviceAppeared(const DRNotification &notification)

@@ -62,9 +62,8 @@ private:
     void showExtraPage(std::unique_ptr<Page> page);
     void showInformation(const DRDevice &device);
     void ejectAction(const DRDevice &device);
+    void ejected(const DRNotification &notification);
     void showMediumChanged();
-    void insertMedium(const DRDevice &device, const QString &type);
-    void showAbout();
 
     void deviceAppeared(const DRNotification &notification);
     void deviceDisappeared(const DRNotification &notification);

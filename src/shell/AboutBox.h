@@ -1,0 +1,6 @@
+// Which program this is. Main thread.
+#pragma once
+
+class QWidget;
+
+void showAboutBox(QWidget *window);

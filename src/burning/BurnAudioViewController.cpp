@@ -226,13 +226,12 @@ void BurnAudioViewController::burnAction()
                             m_ui->capacityIndicator->value()))
         Alerts::confirmOnWindow(this, localized("BurnAudio", "Are you sure to burn?"),
                                 localized("BurnAudio", "Burn the data on the disc"),
-                                [this] { runBurn(); });
+                                [this, device = getSelectedDevice()] { runBurn(device); });
 }
 
-void BurnAudioViewController::runBurn()
+void BurnAudioViewController::runBurn(const DRDevice &device)
 {
     setAllStatus(false);
-    const DRDevice device = getSelectedDevice();
     DRBurn &burn = m_burn.make(device);
     if (const float speed = BurnSpeeds::chosen(m_ui->speedPopUp); speed > 0)
         burn.setRequestedBurnSpeed(speed);

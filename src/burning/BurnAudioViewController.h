@@ -56,7 +56,7 @@ private:
     void setCDText(Sender sender);
 
     void burnAction();
-    void runBurn();
+    void runBurn(const DRDevice &device); // the one that was chosen when it was confirmed
     void burnStatus(const QVariantMap &status);
     void burnEnded(bool isDone, const QString &errorText);
     void stopAction();

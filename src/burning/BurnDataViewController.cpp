@@ -231,19 +231,19 @@ void BurnDataViewController::burnAction()
     if (verify())
         Alerts::confirmOnWindow(this, localized("BurnData", "Are you sure to burn?"),
                                 localized("BurnData", "Burn the data on the disc"),
-                                [this] { runBurn(); });
+                                [this, device = selectedDevice()] { runBurn(device); });
 }
 
-void BurnDataViewController::runBurn()
+void BurnDataViewController::runBurn(const DRDevice &device)
 {
     setAllStatus(false);
-    DRBurn &burn = m_burn.make(selectedDevice());
+    DRBurn &burn = m_burn.make(device);
     if (const float speed = BurnSpeeds::chosen(m_ui->speedPopUp); speed > 0)
         burn.setRequestedBurnSpeed(speed);
     burn.setAppendable(m_ui->appendableCheckBox->isChecked());
     burn.setVerifyDisc(m_ui->verifyCheckBox->isChecked());
-    selectedDevice().acquireExclusiveAccess();
-    selectedDevice().acquireMediaReservation();
+    device.acquireExclusiveAccess();
+    device.acquireMediaReservation();
     m_burn.watch();
     const QString path = m_ui->sourceField->text();
     if (isFolderChosen())

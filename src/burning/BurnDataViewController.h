@@ -48,7 +48,7 @@ private:
 
     [[nodiscard]] bool verify() const;
     void burnAction();
-    void runBurn();
+    void runBurn(const DRDevice &device); // the one that was chosen when it was confirmed
     void burnEnded(bool isDone, const QString &errorText);
     void stopAction();
     void clearAction();

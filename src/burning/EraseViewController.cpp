@@ -63,12 +63,12 @@ void EraseViewController::eraseAction()
     if (verify())
         Alerts::confirmOnWindow(this, localized("Erase", "Are you sure to erase?"),
                                 localized("Erase", "The operation is not irreversible"),
-                                [this] { runErase(); });
+                                [this, device = getSelectedDevice()] { runErase(device); });
 }
 
-void EraseViewController::runErase()
+// Recorders may have come and gone since it was chosen, which chooses the first of the list.
+void EraseViewController::runErase(const DRDevice &device)
 {
-    const DRDevice device = getSelectedDevice();
     if (!device.isValid())
         return;
     setAllStatus(false);

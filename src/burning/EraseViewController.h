@@ -30,7 +30,7 @@ private:
 
     [[nodiscard]] bool verify() const;
     void eraseAction();
-    void runErase();
+    void runErase(const DRDevice &device);
     void eraseNotification(const DRNotification &notification);
     void showState(const QString &state);
     void eraseDone(const DRDevice &device);

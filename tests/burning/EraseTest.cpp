@@ -70,6 +70,7 @@ private Q_SLOTS:
     void erasesEveryKindOfMedium();
     void failureLeavesTheControls();
     void cancelErasesNothing();
+    void erasesWhatWasConfirmed();
     void burnBeforeIsKept();
 
 private:
@@ -224,6 +225,23 @@ void EraseTest::cancelErasesNothing()
 }
 
 // An erase that waited for the burn's end would take the disc that was just made.
+void EraseTest::erasesWhatWasConfirmed()
+{
+    write();
+    const auto other = std::make_shared<SteppedErase>();
+    m_drive->service().attach(other);
+    show();
+    auto *devices = control<QComboBox>("devicesPopUp");
+    devices->setCurrentIndex(1);
+    AlertRecorder alerts;
+    erase(alerts);
+    devices->setCurrentIndex(0); // as another recorder that comes has it
+    QTRY_COMPARE(control<QProgressBar>("progressIndicator")->value(), 50);
+    QVERIFY(alerts.isDone() && !m_drive->device().mediaIsBlank());
+    other->end();
+    QTRY_COMPARE(control<QGroupBox>("stateBox")->title(), QStringLiteral("Failed"));
+}
+
 void EraseTest::burnBeforeIsKept()
 {
     m_drive->keepToSpeed();

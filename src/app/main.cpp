@@ -21,7 +21,7 @@ int main(int argc, char **argv)
     parser.setApplicationDescription(
         QStringLiteral("Burns data discs and audio CDs, on real drives and into the files of a "
                        "virtual recorder, erases them, and makes disc images of folders; "
-                       "maplorn-recorder --help tells about recorders."));
+                       "maplorn-recorder looks after that one."));
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption configOption(
@@ -45,8 +45,8 @@ int main(int argc, char **argv)
         AppDelegate::applicationShouldTerminateAfterLastWindowClosed());
     RecordingService service;
     const auto virtualRecorder = attachVirtualRecorder(service);
-    const RecorderMonitor realRecorders(service);
     const auto ownService = OwnService::startIfNeeded();
+    const RecorderMonitor realRecorders(service);
     ViewController window;
     if (!ownService)
         tellLater(&window, ownService.error());

@@ -1,5 +1,6 @@
 #include "OwnService.h"
 
+#include "ChildProcess.h"
 #include "Localized.h"
 #include "Preferences.h"
 #include "PropertyList.h"
@@ -79,6 +80,7 @@ Result<> OwnService::start(const QString &port)
     m_password = randomPassword();
     m_sinceStart.start();
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_process.setChildProcessModifier(&ChildProcess::inheritStreamsOnly);
     m_process.start(program, {QStringLiteral("--child"), QStringLiteral("--port"), port,
                               QStringLiteral("--data"), dataFolder()});
     m_process.write(m_password + '\n');

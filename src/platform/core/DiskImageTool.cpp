@@ -1,5 +1,6 @@
 #include "DiskImageTool.h"
 
+#include "ChildProcess.h"
 #include "MainQueue.h"
 
 #include <QCoreApplication>
@@ -95,7 +96,9 @@ void DiskImageTool::run(const QStringList &arguments,
                     << "the disc-image tool cannot be started:" << m_process->errorString();
                 finish(std::nullopt);
             });
-    // Also where this program is killed.
-    m_process->setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGTERM); });
+    m_process->setChildProcessModifier([] {
+        prctl(PR_SET_PDEATHSIG, SIGTERM); // also where this program is killed
+        ChildProcess::inheritStreamsOnly();
+    });
     m_process->start(programPath(), arguments);
 }

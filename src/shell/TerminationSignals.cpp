@@ -1,5 +1,7 @@
 #include "TerminationSignals.h"
 
+#include "MainQueue.h"
+
 #include <QSocketNotifier>
 
 #include <array>
@@ -11,22 +13,28 @@ namespace {
 
 constexpr std::array signals{SIGHUP, SIGINT, SIGTERM};
 
-// All that a handler may do is to write into a pipe.
 std::array<int, 2> pipeEnds{-1, -1};
 
-void handle(int)
-{
-    const char byte = 0;
-    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1);
-}
-
-void setHandler(void (*handler)(int), int flags)
+// What was told to ignore a signal, as nohup tells it, goes on ignoring it.
+void setHandler(void (*handler)(int))
 {
     struct sigaction action = {};
     action.sa_handler = handler;
-    action.sa_flags = flags;
-    for (const int signal : signals)
-        ::sigaction(signal, &action, nullptr);
+    action.sa_flags = SA_RESTART;
+    for (const int signal : signals) {
+        struct sigaction before = {};
+        ::sigaction(signal, nullptr, &before);
+        if (before.sa_handler != SIG_IGN)
+            ::sigaction(signal, &action, nullptr);
+    }
+}
+
+// A handler may do next to nothing: the rest is done where the pipe is read.
+void handle(int)
+{
+    setHandler(SIG_DFL);
+    const char byte = 0;
+    [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1);
 }
 
 }
@@ -40,14 +48,14 @@ TerminationSignals::TerminationSignals()
         std::array<char, 16> bytes{};
         while (::read(pipeEnds[0], bytes.data(), bytes.size()) > 0) {
         }
-        Q_EMIT received();
+        MainQueue::deliver(this, [this] { Q_EMIT received(); });
     });
-    setHandler(handle, SA_RESTART | SA_RESETHAND);
+    setHandler(handle);
 }
 
 TerminationSignals::~TerminationSignals()
 {
-    setHandler(SIG_DFL, 0);
+    setHandler(SIG_DFL);
     qDeleteAll(children()); // the notifier, before its file
     for (int &end : pipeEnds)
         ::close(std::exchange(end, -1));

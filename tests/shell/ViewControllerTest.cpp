@@ -5,6 +5,7 @@
 #include "DRBurn.h"
 #include "DRKeys.h"
 #include "DescribedRecorder.h"
+#include "MainQueue.h"
 #include "RunningJobs.h"
 #include "Session.h"
 #include "TerminationSignals.h"
@@ -279,8 +280,12 @@ void ViewControllerTest::terminatedWhileAJobRuns()
             &ViewController::endJobsAndClose);
     DRBurn burn = longBurn(m_drive->device(), m_folder.filePath(QStringLiteral("long.iso")));
     QTRY_VERIFY(m_drive->device().mediaIsBusy());
-    std::raise(SIGTERM);
-    QVERIFY(m_window->isVisible());
+    {
+        const MainQueue::Hold serviceIsAsked;
+        std::raise(SIGTERM);
+        QTest::qWait(50);
+        QVERIFY(m_window->isVisible() && m_drive->device().mediaIsBusy());
+    }
     QTRY_VERIFY(!m_window->isVisible());
     QVERIFY2(!m_drive->device().mediaIsBusy(), "the job has ended before the window is gone");
 }

@@ -56,7 +56,12 @@ Sense Drive::run()
     if (m_controls.fault("gone-after") == static_cast<long>(byte(0)))
         lose();
     const Sense ready = checkReady();
-    return ready.key == 0 ? dispatch() : ready;
+    const Sense done = ready.key == 0 ? dispatch() : ready;
+    if (m_controls.fault("pull-out-after") == static_cast<long>(byte(0))) {
+        m_medium = {};
+        m_controls.announce();
+    }
+    return done;
 }
 
 Sense Drive::checkReady()

@@ -161,6 +161,7 @@ void RecorderMonitorTest::notToBeAsked()
     QCOMPARE(device.mediaType(), QString(DRDeviceMediaTypeCDRW));
     const Result<> burned = m_drive->burn(m_drive->imageOf(500 * blockSize));
     QVERIFY2(burned.error().contains(reason), qPrintable(burned.error()));
+    QVERIFY(device.mediaIsBusy() && !device.ejectMedia());
     m_drive->emulated().setFaults({});
     QTRY_COMPARE_WITH_TIMEOUT(device.mediaSpaceFree(), DRMSF(359849), 20000);
     QVERIFY(m_drive->burn(m_drive->imageOf(500 * blockSize)));

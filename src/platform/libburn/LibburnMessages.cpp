@@ -89,10 +89,10 @@ void LibburnMessages::forget()
     m_messages.clear();
 }
 
-bool LibburnMessages::contains(int code) const
+qsizetype LibburnMessages::count(int code) const
 {
     const QList<Message> messages = all();
-    return std::ranges::any_of(messages, [code](const Message &m) { return m.code == code; });
+    return std::ranges::count(messages, code, &Message::code);
 }
 
 QString LibburnMessages::complaint() const

@@ -30,7 +30,8 @@ public:
     [[nodiscard]] QList<Message> all() const;
     void forget();
 
-    [[nodiscard]] bool contains(int code) const;
+    [[nodiscard]] bool contains(int code) const { return count(code) > 0; }
+    [[nodiscard]] qsizetype count(int code) const;
 
     // What tells most of a failure: the first of the worst; empty where there was no complaint.
     [[nodiscard]] QString complaint() const;

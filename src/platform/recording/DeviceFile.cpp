@@ -4,9 +4,11 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <linux/cdrom.h>
+#include <scsi/sg.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <thread>
@@ -37,6 +39,26 @@ private:
     const int m_file;
 };
 
+// The kernel takes a drive that still erases or formats by itself for ready. TEST UNIT READY of
+// SPC-3 says "not ready" (2), "logical unit not ready" (04h) with all that it waits for.
+bool isBecomingReady(int descriptor)
+{
+    std::array<unsigned char, 6> command{};
+    std::array<unsigned char, 18> sense{};
+    sg_io_hdr_t request = {};
+    request.interface_id = 'S';
+    request.dxfer_direction = SG_DXFER_NONE;
+    request.cmdp = command.data();
+    request.cmd_len = command.size();
+    request.sbp = sense.data();
+    request.mx_sb_len = sense.size();
+    request.timeout = 5000; // ms
+    constexpr int key = 2;
+    constexpr int code = 12;
+    return ::ioctl(descriptor, SG_IO, &request) == 0 && request.sb_len_wr > code
+           && (sense.at(key) & 0xf) == 2 && sense.at(code) == 4;
+}
+
 }
 
 bool DeviceFile::exists() const
@@ -47,11 +69,13 @@ bool DeviceFile::exists() const
 
 Failure DeviceFile::noPermission() const
 {
-    const QString group = QFileInfo(m_path).group();
+    const QString owner = QFileInfo(m_path).group();
+    const bool isAdvisable = !owner.isEmpty() && owner != QLatin1String("root");
+    const QString group = isAdvisable ? owner : QStringLiteral("cdrom");
     return Failure{
         QStringLiteral("You may not use %1. Its users are in the group %2: have yourself "
                        "added to it (sudo usermod -aG %2 $USER) and sign in again.")
-            .arg(m_path, group.isEmpty() ? QStringLiteral("cdrom") : group)};
+            .arg(m_path, group)};
 }
 
 Result<> DeviceFile::checkUsable() const
@@ -87,7 +111,7 @@ DeviceFile::Tray DeviceFile::tray() const
     case CDS_DRIVE_NOT_READY:
         return Tray::SpinningUp;
     case CDS_DISC_OK:
-        return Tray::Closed;
+        return isBecomingReady(file.descriptor()) ? Tray::SpinningUp : Tray::Closed;
     default:
         return Tray::Unknown;
     }

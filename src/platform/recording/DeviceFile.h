@@ -1,5 +1,5 @@
 // The device file of a real drive: whether this program may use it now, said so that the reader can
-// do something about it. Never waits for the drive; any thread.
+// do something about it. Any thread; what may take long says so.
 #pragma once
 
 #include "Result.h"
@@ -22,7 +22,8 @@ public:
     // the system for the exclusive use of the drive and lets go of it again.
     [[nodiscard]] Result<> checkUsable() const;
 
-    // What the system knows of the tray and the medium in it; never of a drive that burns.
+    // Asks the drive for its tray and the medium in it, which may take a moment; never one that
+    // burns. SpinningUp, too, while the drive is at work by itself.
     enum class Tray { Unknown, Open, Empty, SpinningUp, Closed };
     [[nodiscard]] Tray tray() const;
 

@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 #include <QSet>
+#include <QtEndian>
 
 #include <algorithm>
 #include <array>
@@ -102,27 +103,33 @@ bool isZero(const QByteArray &bytes)
     return std::ranges::all_of(bytes, [](char byte) { return byte == 0; });
 }
 
-// How much of a medium that can be overwritten is in use: what the ISO 9660 volume on it says, all
-// of it where something else is on it or it cannot be read, and nothing where its first blocks are
-// zero or unwritten.
-qint64 usedOfOverwritable(LibburnDrive &drive, qint64 capacity)
+// In blocks, of what a medium begins with; at least 1. Null where that is no ISO 9660 volume.
+std::optional<qint64> isoVolumeSize(const QByteArray &start)
 {
-    constexpr qint64 looked = 32; // the system area, the volume descriptors
     constexpr qint64 primaryVolume = 16 * blockSize;
     constexpr qint64 volumeSize = primaryVolume + 80;
-    QByteArray start(looked * blockSize, '\0');
-    if (capacity < looked)
-        return 0;
-    if (!drive.readBlocks(0, looked, start.data()))
-        return drive.foundNothingWritten() ? 0 : capacity;
-    if (isZero(start))
-        return 0;
     if (!start.mid(primaryVolume).startsWith(QByteArrayView("\1CD001")))
-        return capacity;
-    qint64 blocks = 0;
-    for (int i = 3; i >= 0; --i)
-        blocks = blocks << 8 | static_cast<unsigned char>(start.at(volumeSize + i));
-    return std::min(blocks, capacity);
+        return std::nullopt;
+    return std::max<qint64>(qFromLittleEndian<quint32>(start.constData() + volumeSize), 1);
+}
+
+// How much of a medium that can be overwritten is in use: what the ISO 9660 volume on it says, all
+// of it where something else is on it or it cannot be read, and nothing where all that every
+// file system writes is zero or unwritten.
+qint64 usedOfOverwritable(LibburnDrive &drive, qint64 capacity)
+{
+    using DriveDescription::volumeStart;
+    constexpr qint64 readAtOnce = 32; // libburn's own limit, one command
+    QByteArray chunk(readAtOnce * blockSize, Qt::Uninitialized);
+    for (qint64 first = 0; first + readAtOnce <= std::min(volumeStart, capacity);
+         first += readAtOnce) {
+        if (!drive.readBlocks(first, readAtOnce, chunk.data()))
+            return drive.foundNothingWritten() ? 0 : capacity;
+        if (!isZero(chunk))
+            return first == 0 ? std::min(isoVolumeSize(chunk).value_or(capacity), capacity)
+                              : capacity;
+    }
+    return 0;
 }
 
 MediumDescription::Track track(burn::burn_track *written)

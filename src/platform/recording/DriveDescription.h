@@ -14,7 +14,7 @@ namespace DriveDescription {
 // What never changes. systemPath: where the system has the device.
 [[nodiscard]] QVariantMap info(LibburnDrive &drive, const QString &systemPath);
 
-// Null without a medium. Reads the first blocks of media that can be overwritten, which libburn
+// Null without a medium. Reads where volumes begin on media that can be overwritten, which libburn
 // takes for blank always.
 [[nodiscard]] std::optional<MediumDescription> medium(LibburnDrive &drive);
 
@@ -25,7 +25,10 @@ namespace DriveDescription {
 [[nodiscard]] bool isOverwritable(int profile);
 [[nodiscard]] bool needsFormatting(const LibburnDrive &drive);
 
-// Bytes that can be written now.
+// Blocks in which every file system begins.
+inline constexpr qint64 volumeStart = 512;
+
+// Blocks that can be written now.
 [[nodiscard]] qint64 freeBlocks(const LibburnDrive &drive);
 
 }

@@ -38,11 +38,12 @@ bool JobThread::isBusy(const Recorder *recorder)
     });
 }
 
-bool JobThread::hasJobs()
+bool JobThread::hasJobs(const Recorder *except)
 {
     const std::lock_guard lock(m_mutex);
-    return std::any_of(m_entries.cbegin(), m_entries.cend(),
-                       [](const Entry &entry) { return entry.recorder != nullptr; });
+    return std::any_of(m_entries.cbegin(), m_entries.cend(), [except](const Entry &entry) {
+        return entry.recorder && entry.recorder != except;
+    });
 }
 
 void JobThread::run(const std::stop_token &threadStop)

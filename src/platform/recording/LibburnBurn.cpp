@@ -4,6 +4,7 @@
 #include "DiscVerifier.h"
 #include "DriveDescription.h"
 #include "LibburnErase.h"
+#include "MmcProfile.h"
 
 #include <QElapsedTimer>
 
@@ -19,10 +20,9 @@ namespace {
 constexpr int writeThreadEnded = 0x20178; // of libburn's list of codes
 constexpr std::chrono::milliseconds lookEvery(50);
 
-// How long, in ms, libburn may take: to begin; to be heard of a beginning when it has complained;
+// How long, in ms, libburn may take: to say that a burn has ended that it may not have begun, and
 // to end when the drive is gone or says that it has nothing more to do.
-constexpr qint64 startPatience = 10000;
-constexpr qint64 refusalPatience = 3000;
+constexpr qint64 refusalPatience = 1000;
 constexpr qint64 endPatience = 60000;
 
 // Of the burn's percentage, where verifying begins.
@@ -137,9 +137,14 @@ Result<> LibburnBurn::run()
 
 Result<> LibburnBurn::formatIfNeeded()
 {
-    return DriveDescription::needsFormatting(m_drive)
-               ? LibburnErase(m_drive, m_report).format(DRStatusStatePreparing, 0)
-               : Result<>(Done{});
+    if (!DriveDescription::needsFormatting(m_drive))
+        return Done{};
+    if (Result<> formatted = LibburnErase(m_drive, m_report).format(DRStatusStatePreparing, 0);
+        !formatted)
+        return formatted;
+    const MmcProfile *profile = MmcProfile::find(m_drive.profile()); // some is kept in reserve now
+    return m_layout.checkFits(profile ? QString(profile->mediaClass) : QString(),
+                              DriveDescription::freeBlocks(m_drive));
 }
 
 Result<> LibburnBurn::compose(Disc &disc, DiscFeed &feed) const
@@ -231,13 +236,15 @@ Result<> LibburnBurn::write(Disc &disc, DiscFeed &feed)
 class LibburnBurn::Worker
 {
 public:
+    // Right after burn_disc_write(): where that has a thread begin, the drive is not idle any more.
     explicit Worker(LibburnDrive &drive)
         : m_drive(drive)
+        , m_begun(burn::burn_drive_get_status(drive.handle(), nullptr) != burn::BURN_DRIVE_IDLE)
     {
         m_idle.start();
     }
 
-    enum class State { Starting, Working, Ended, Refused, Lost };
+    enum class State { Working, Ended, Refused, Lost };
     [[nodiscard]] State look()
     {
         burn::burn_progress progress = {};
@@ -245,7 +252,6 @@ public:
         const bool idle = m_status == burn::BURN_DRIVE_IDLE;
         if (idle && m_drive.messages().contains(writeThreadEnded))
             return State::Ended;
-        m_begun |= !idle;
         if (!idle)
             m_idle.restart();
         if (m_drive.file().exists())
@@ -254,18 +260,16 @@ public:
             m_gone.start();
         if (m_gone.isValid() && m_gone.hasExpired(endPatience))
             return State::Lost;
-        if (m_begun)
-            return m_idle.hasExpired(endPatience) ? State::Lost : State::Working;
-        const bool refused = !m_drive.messages().complaint().isEmpty();
-        return m_idle.hasExpired(refused ? refusalPatience : startPatience) ? State::Refused
-                                                                            : State::Starting;
+        if (!m_idle.hasExpired(m_begun ? endPatience : refusalPatience))
+            return State::Working;
+        return m_begun ? State::Lost : State::Refused;
     }
     [[nodiscard]] burn::burn_drive_status status() const { return m_status; }
 
 private:
     LibburnDrive &m_drive;
+    const bool m_begun;
     burn::burn_drive_status m_status = burn::BURN_DRIVE_IDLE;
-    bool m_begun = false;
     QElapsedTimer m_idle;
     QElapsedTimer m_gone;
 };
@@ -300,7 +304,7 @@ Result<> LibburnBurn::follow(DiscFeed &feed)
         }
         std::this_thread::sleep_for(lookEvery);
     }
-    if (Result<> written = result(stopped, feed.queue().taken()); !written)
+    if (Result<> written = result(stopped, feed.queue()); !written)
         return written;
     enterUpTo(TrackWrite);
     if (Result<> going = advance(byteCount() - reported); !going)
@@ -309,16 +313,19 @@ Result<> LibburnBurn::follow(DiscFeed &feed)
     return Done{};
 }
 
-Result<> LibburnBurn::result(const Result<> &stopped, qint64 taken) const
+Result<> LibburnBurn::result(const Result<> &stopped, SectorQueue &queue) const
 {
     if (!stopped)
         return stopped;
+    if (Result<> read = queue.reason(); !read)
+        return read;
     if (burn::burn_drive_wrote_well(m_drive.handle()) <= 0)
         return m_drive.failure(QStringLiteral("The disc could not be written"));
-    if (taken != byteCount())
-        return Failure{
-            QStringLiteral("Only %1 of %2 bytes were written.").arg(taken).arg(byteCount())};
-    return Done{};
+    if (queue.taken() != byteCount())
+        return Failure{QStringLiteral("Only %1 of %2 bytes were written.")
+                           .arg(queue.taken())
+                           .arg(byteCount())};
+    return queue.waitForEnd();
 }
 
 Result<> LibburnBurn::verify(const DiscFeed &feed)

@@ -33,7 +33,7 @@ private:
     [[nodiscard]] Result<> setOptions(Disc &disc) const;
     [[nodiscard]] Result<> write(Disc &disc, DiscFeed &feed);
     [[nodiscard]] Result<> follow(DiscFeed &feed);
-    [[nodiscard]] Result<> result(const Result<> &stopped, qint64 taken) const;
+    [[nodiscard]] Result<> result(const Result<> &stopped, SectorQueue &queue) const;
     [[nodiscard]] Result<> verify(const DiscFeed &feed);
     void enterUpTo(int phase);
     [[nodiscard]] qint64 byteCount() const;

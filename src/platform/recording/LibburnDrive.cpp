@@ -1,12 +1,14 @@
 #include "LibburnDrive.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 
 #include <array>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
+#include <thread>
 
 #include <libburn/libburn.h>
 
@@ -80,6 +82,20 @@ Failure LibburnDrive::failure(const QString &what) const
         return Failure{QStringLiteral("The medium was taken out of the recorder.")};
     return Failure{complaint.isEmpty() ? what + QLatin1Char('.')
                                        : QStringLiteral("%1: %2").arg(what, complaint)};
+}
+
+// libburn asks a drive each second, and its thread ends a little after it has said so.
+bool LibburnDrive::recover()
+{
+    constexpr qint64 patience = 3000; // ms
+    constexpr std::chrono::milliseconds lookEvery(100);
+    QElapsedTimer waited;
+    waited.start();
+    do {
+        m_abandoned = burn::burn_drive_get_status(handle(), nullptr) != burn::BURN_DRIVE_IDLE;
+        std::this_thread::sleep_for(lookEvery);
+    } while (m_abandoned && !waited.hasExpired(patience));
+    return !m_abandoned;
 }
 
 int LibburnDrive::profile() const

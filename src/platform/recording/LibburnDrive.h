@@ -18,8 +18,8 @@ struct burn_drive_info;
 class LibburnDrive
 {
 public:
-    // Takes hold of the drive, waiting some seconds for a medium that is being spun up. The failure
-    // says what can be done.
+    // Takes hold of the drive, which libburn waits for until it is ready. The failure says what can
+    // be done.
     [[nodiscard]] static Result<std::shared_ptr<LibburnDrive>> open(const DeviceFile &file);
     ~LibburnDrive();
     LibburnDrive(const LibburnDrive &) = delete;
@@ -49,10 +49,11 @@ public:
 
     void ejectOnRelease() { m_eject = true; }
 
-    // Lets go of a drive that does not answer any more without asking it for anything. libburn
-    // keeps it until the program ends.
+    // Leaves a drive that does not answer any more to libburn, whose thread may wait for it without
+    // end. Where that has ended, or does so within seconds, recover() takes the drive back.
     void abandon() { m_abandoned = true; }
     [[nodiscard]] bool isAbandoned() const { return m_abandoned; }
+    [[nodiscard]] bool recover();
 
 private:
     explicit LibburnDrive(DeviceFile file)

@@ -15,11 +15,15 @@ namespace {
 
 constexpr std::chrono::milliseconds lookEvery(50);
 constexpr qint64 lossPatience = 5000; // ms; a short hiccup of the bus is none
+
+// Of libburn's list of codes: what it says each second of a drive that will not go on.
+constexpr int askedInVain = 0x201a5;
+constexpr qsizetype mostInVain = 5;
 constexpr int wholeProgress = 0x10000;
 constexpr qint64 blockSize = 2048;
 constexpr qint64 alignment = 16;      // blocks that DVD and BD write together
 constexpr qint64 writtenAtOnce = 256; // blocks
-constexpr qint64 volumeStart = 512;   // blocks in which every file system begins
+constexpr int dvdPlusRw = 0x1a;
 
 }
 
@@ -29,8 +33,13 @@ Result<> LibburnErase::run(EraseType type)
     if (DriveDescription::isOverwritable(profile)) {
         if (DriveDescription::needsFormatting(m_drive))
             return format(DRStatusStateErasing, 1);
+        // One whose formatting was broken off takes nothing behind that place until it goes on.
+        if (profile == dvdPlusRw)
+            if (Result<> formatted = format(DRStatusStateErasing, 0); !formatted)
+                return formatted;
         const qint64 all = DriveDescription::freeBlocks(m_drive) / alignment * alignment;
-        return overwrite(type == EraseType::Quick ? std::min(volumeStart, all) : all);
+        return overwrite(type == EraseType::Quick ? std::min(DriveDescription::volumeStart, all)
+                                                  : all);
     }
     m_drive.messages().forget();
     m_report.beginPhase(DRStatusStateErasing, 0, 1, wholeProgress, 0);
@@ -61,19 +70,20 @@ Result<> LibburnErase::follow()
             lost.invalidate();
         else if (!lost.isValid())
             lost.start();
-        else if (lost.hasExpired(lossPatience)) {
+        if ((lost.isValid() && lost.hasExpired(lossPatience))
+            || m_drive.messages().count(askedInVain) >= mostInVain) {
             m_drive.abandon(); // libburn asks for its progress without end
-            return m_drive.failure({});
+            return m_drive.failure(QStringLiteral("The drive does not go on"));
         }
         std::this_thread::sleep_for(lookEvery);
     }
-    std::this_thread::sleep_for(lookEvery); // libburn's thread ends after it has said so
-    if (!m_drive.messages().complaint().isEmpty()
-        || burn::burn_drive_wrote_well(m_drive.handle()) <= 0)
-        return m_drive.failure(QStringLiteral("The drive did not erase the medium"));
-    if (!m_drive.assessAgain())
-        return m_drive.failure(QStringLiteral("The erased medium cannot be used"));
-    return m_report.checkStopped();
+    // libburn's thread ends after it has said so, and later where it could not ask the drive.
+    std::this_thread::sleep_for(lost.isValid() ? std::chrono::seconds(2) : lookEvery);
+    const bool went = burn::burn_drive_wrote_well(m_drive.handle()) > 0;
+    if (went && m_drive.assessAgain()
+        && burn::burn_disc_get_status(m_drive.handle()) == burn::BURN_DISC_BLANK)
+        return m_report.checkStopped();
+    return m_drive.failure(QStringLiteral("The drive did not erase the medium"));
 }
 
 Result<> LibburnErase::overwrite(qint64 blocks)

@@ -68,6 +68,8 @@ public:
             m_recorder.m_toBeAskedAgain = true; // changes were not heard meanwhile
         if (m_drive && m_recorder.m_toBeAskedAgain)
             m_recorder.forgetMedium(DeviceFile::Tray::Unknown);
+        if (m_drive && m_drive->isAbandoned())
+            m_recorder.m_abandoned = m_drive;
         m_drive.reset();
         m_hold.reset();
         m_recorder.m_jobRuns = false;
@@ -86,12 +88,12 @@ public:
         if (!m_granted)
             return Failure{QStringLiteral("The recorder is in use by another program.")};
         // Why it cannot be used says more than that it is not ready.
-        Result<> ready = m_recorder.m_file.checkUsable();
+        Result<> ready = m_recorder.checkUsable();
         if (ready)
             ready = m_recorder.m_file.waitUntilReady(stop);
         if (!ready)
             return ready.failure();
-        const Result<std::shared_ptr<LibburnDrive>> opened = LibburnDrive::open(m_recorder.m_file);
+        const Result<std::shared_ptr<LibburnDrive>> opened = m_recorder.open();
         if (!opened)
             return opened.failure();
         m_drive = opened.value();
@@ -118,10 +120,21 @@ LibburnRecorder::LibburnRecorder(const QString &devicePath, const UdevDescriptio
 {
 }
 
-void LibburnRecorder::setTold(const UdevDescription &told)
+bool LibburnRecorder::setTold(const UdevDescription &told)
 {
     const std::lock_guard guard(m_mutex);
     m_told = told;
+    const auto essence = [](const std::optional<MediumDescription> &medium) {
+        return medium ? std::pair(medium->type, medium->blank) : std::pair(QString(), false);
+    };
+    return essence(m_known.medium) != essence(told.medium);
+}
+
+void LibburnRecorder::takeForTold()
+{
+    const std::lock_guard guard(m_mutex);
+    m_known.medium = m_told.medium;
+    m_known.tray = DeviceFile::Tray::Unknown;
 }
 
 bool LibburnRecorder::lock()
@@ -162,23 +175,40 @@ void LibburnRecorder::fallBack(const Failure &reason)
 {
     if (!m_toBeAskedAgain.exchange(true))
         qCWarning(recordingLog) << m_file.path() << "cannot be asked:" << reason.text;
+    takeForTold();
     const std::lock_guard guard(m_mutex);
-    m_known.medium = m_told.medium;
-    m_known.tray = DeviceFile::Tray::Unknown;
+    m_known.isKeptFromUs = true;
+}
+
+// A drive that was left to libburn can be used again when that is done with it.
+Result<> LibburnRecorder::checkUsable()
+{
+    if (m_abandoned && !m_abandoned->recover())
+        return Failure{
+            QStringLiteral("The recorder does not answer any more. Switch it off and on, "
+                           "or take its medium out, and try again.")};
+    m_abandoned.reset();
+    return m_file.checkUsable();
+}
+
+Result<std::shared_ptr<LibburnDrive>> LibburnRecorder::open()
+{
+    const Result<> usable = checkUsable();
+    return usable ? LibburnDrive::open(m_file) : usable.failure();
 }
 
 // Not even its tray is looked at while another program uses it: that might be burning.
 void LibburnRecorder::refresh()
 {
     const Hold hold(*this);
-    if (const Result<> usable = m_file.checkUsable(); !usable)
+    if (const Result<> usable = checkUsable(); !usable)
         return fallBack(usable.failure());
     const DeviceFile::Tray tray = m_file.tray();
     if (tray == DeviceFile::Tray::SpinningUp) {
         m_toBeAskedAgain = true;
         return forgetMedium(tray);
     }
-    const Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);
+    const Result<std::shared_ptr<LibburnDrive>> drive = open();
     if (!drive)
         return fallBack(drive.failure());
     learn(*drive.value(), tray);
@@ -187,6 +217,13 @@ void LibburnRecorder::refresh()
 }
 
 QString LibburnRecorder::displayName() const
+{
+    const QString name = modelName();
+    return m_oneOfSeveral ? QStringLiteral("%1 (%2)").arg(name, QFileInfo(devicePath()).fileName())
+                          : name;
+}
+
+QString LibburnRecorder::modelName() const
 {
     const QVariantMap info = known().info;
     return QString(info.value(DRDeviceVendorNameKey).toString() + QLatin1Char(' ')
@@ -209,7 +246,7 @@ QVariantMap LibburnRecorder::status() const
                                                  : DRDeviceMediaStateNone;
     QVariantMap status{
         {DRDeviceCurrentWriteSpeedKey, current > 0 ? current : known.maximumSpeed},
-        {DRDeviceIsBusyKey, m_jobRuns.load()},
+        {DRDeviceIsBusyKey, m_jobRuns || known.isKeptFromUs},
         {DRDeviceIsTrayOpenKey, !known.medium && known.tray == DeviceFile::Tray::Open},
         {DRDeviceMaximumWriteSpeedKey, known.maximumSpeed},
         {DRDeviceMediaStateKey, QString(state)}};
@@ -260,11 +297,20 @@ Result<> LibburnRecorder::eject()
 {
     if (m_jobRuns || isReserved())
         return Failure{QStringLiteral("A job is running on the recorder.")};
-    if (m_thread->hasJobs())
-        return Failure{QStringLiteral("Another job is running, for which this would wait.")};
+    if (m_thread->hasJobs(this))
+        return Failure{QStringLiteral("A job is running on another recorder, for which this would "
+                                      "wait.")};
+    {
+        const std::lock_guard guard(m_probeMutex);
+        if (const Result<> usable = m_file.checkUsable(); !m_holdsDrive && !usable)
+            return usable;
+    }
+    forgetMedium(DeviceFile::Tray::SpinningUp);
     m_thread->post([this](const std::stop_token &stop) {
-        if (const Result<> ejected = ejectNow(stop); !ejected)
+        if (const Result<> ejected = ejectNow(stop); !ejected) {
             qCWarning(recordingLog) << m_file.path() << "did not eject:" << ejected.error();
+            m_toBeAskedAgain = true;
+        }
         if (m_changed)
             m_changed();
     });
@@ -274,12 +320,12 @@ Result<> LibburnRecorder::eject()
 Result<> LibburnRecorder::ejectNow(const std::stop_token &stop)
 {
     const Hold hold(*this);
-    Result<> ready = m_file.checkUsable();
+    Result<> ready = checkUsable();
     if (ready)
         ready = m_file.waitUntilReady(stop);
     if (!ready)
         return ready;
-    Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);
+    Result<std::shared_ptr<LibburnDrive>> drive = open();
     if (!drive)
         return drive.failure();
     drive.value()->ejectOnRelease();

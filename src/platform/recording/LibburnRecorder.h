@@ -24,8 +24,16 @@ public:
     LibburnRecorder(const QString &devicePath, const UdevDescription &told,
                     std::shared_ptr<JobThread> thread);
 
-    // The system has found out something else. Any thread.
-    void setTold(const UdevDescription &told);
+    // The system has found out something else. True where its medium is another one than that which
+    // is known. Any thread.
+    bool setTold(const UdevDescription &told);
+
+    // Goes by what the system says of the medium until the drive is asked. Any thread.
+    void takeForTold();
+
+    // There is another recorder of this name. Any thread.
+    void setOneOfSeveral(bool oneOfSeveral) { m_oneOfSeveral = oneOfSeveral; }
+    [[nodiscard]] QString modelName() const;
 
     // Has it called, on the libburn thread, when what is known has changed by a job or an ejection.
     void setChanged(const std::function<void()> &changed) { m_changed = changed; }
@@ -46,7 +54,8 @@ public:
     [[nodiscard]] Result<> burn(const BurnRequest &request, JobReport &report) override;
     [[nodiscard]] Result<> erase(EraseType type, JobReport &report) override;
 
-    // Refused while a job runs on any real drive; else it is on its way when this returns.
+    // Refused while the drive cannot be used, and while a job runs on any real drive; else it is on
+    // its way when this returns.
     [[nodiscard]] Result<> eject() override;
     [[nodiscard]] JobThread &jobs() override { return *m_thread; }
 
@@ -64,12 +73,15 @@ private:
         std::optional<MediumDescription> medium;
         DeviceFile::Tray tray = DeviceFile::Tray::Unknown;
         double maximumSpeed = 0; // KB per second
+        bool isKeptFromUs = false;
     };
 
     [[nodiscard]] Known known() const;
     void learn(LibburnDrive &drive, DeviceFile::Tray tray);
     void forgetMedium(DeviceFile::Tray tray);
     void fallBack(const Failure &reason);
+    [[nodiscard]] Result<> checkUsable();
+    [[nodiscard]] Result<std::shared_ptr<LibburnDrive>> open();
     [[nodiscard]] Result<> ejectNow(const std::stop_token &stop);
     [[nodiscard]] Result<> burnOn(LibburnDrive &drive, const BurnRequest &request,
                                   JobReport &report);
@@ -83,6 +95,8 @@ private:
     Known m_known;
     std::mutex m_probeMutex; // guards m_holdsDrive and the probing of the device file
     bool m_holdsDrive = false;
+    std::shared_ptr<LibburnDrive> m_abandoned; // the libburn thread's, as checkUsable() and open()
+    std::atomic<bool> m_oneOfSeveral = false;
     std::atomic<bool> m_jobRuns = false;
     std::atomic<bool> m_toBeAskedAgain = false;
     std::atomic<double> m_currentSpeed = 0; // KB per second

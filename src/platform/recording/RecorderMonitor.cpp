@@ -13,6 +13,12 @@ namespace {
 constexpr std::chrono::seconds spinningUp(1);
 constexpr std::chrono::seconds inUse(3);
 
+// Asking a drive keeps it from others: a desktop that mounts what is put in goes first.
+constexpr std::chrono::seconds mounting(4);
+
+// A drive that takes long to say what it is is shown as the system knows it meanwhile.
+constexpr std::chrono::seconds firstAnswer(5);
+
 struct Unref
 {
     void operator()(udev_device *device) const { udev_device_unref(device); }
@@ -82,13 +88,23 @@ void RecorderMonitor::receive()
         return;
     if (!m_entries.contains(path))
         return add(device.get());
-    const auto recorder = m_entries.value(path).recorder;
-    recorder->setTold(UdevDescription(device.get()));
-    if (!recorder->isAtWork())
-        refresh(recorder);
+    Entry &entry = m_entries[path];
+    const UdevDescription told(device.get());
+    const bool changed = entry.recorder->setTold(told);
+    if (entry.recorder->isAtWork())
+        return;
+    const bool others = told.medium && !told.medium->blank;
+    if (changed && (others || m_thread->hasJobs())) {
+        entry.recorder->takeForTold();
+        show(entry.recorder);
+    }
+    if (others)
+        refreshAfter(mounting, entry);
+    else
+        refresh(entry.recorder);
 }
 
-// It is shown once it was asked what it is; at once where it would have to wait for that.
+// It is shown once it was asked what it is.
 void RecorderMonitor::add(udev_device *device)
 {
     const QString path = text(udev_device_get_devnode(device));
@@ -103,8 +119,8 @@ void RecorderMonitor::add(udev_device *device)
                 show(changed);
         });
     });
-    if (m_thread->hasJobs())
-        show(recorder);
+    QTimer::singleShot(m_thread->hasJobs() ? std::chrono::seconds(0) : firstAnswer, this,
+                       [this, recorder] { show(recorder); });
     refresh(recorder);
 }
 
@@ -112,6 +128,17 @@ void RecorderMonitor::remove(const QString &devicePath)
 {
     if (const auto recorder = m_entries.take(devicePath).recorder)
         m_service.detach(recorder);
+    tellApart();
+}
+
+// Two drives of one model must not be taken for each other.
+void RecorderMonitor::tellApart()
+{
+    QMap<QString, int> counts;
+    for (const Entry &entry : std::as_const(m_entries))
+        ++counts[entry.recorder->modelName()];
+    for (const Entry &entry : std::as_const(m_entries))
+        entry.recorder->setOneOfSeveral(counts.value(entry.recorder->modelName()) > 1);
 }
 
 RecorderMonitor::Entry *RecorderMonitor::entryOf(const std::shared_ptr<LibburnRecorder> &recorder)
@@ -136,28 +163,28 @@ void RecorderMonitor::show(const std::shared_ptr<LibburnRecorder> &recorder)
     Entry *entry = entryOf(recorder);
     if (!entry)
         return;
+    tellApart();
     QVariantMap known = recorder->info();
     known.insert(recorder->status());
     const bool changed = known != std::exchange(entry->shown, known);
     if (recorder->isToBeAskedAgain())
-        refreshLater(*entry);
+        refreshAfter(DRDevice(recorder).mediaIsTransitioning() ? spinningUp : inUse, *entry);
     if (!m_service.devices().contains(DRDevice(recorder)))
         m_service.attach(recorder);
     else if (changed)
         m_service.statusChanged(recorder);
 }
 
-void RecorderMonitor::refreshLater(Entry &entry)
+void RecorderMonitor::refreshAfter(std::chrono::milliseconds time, Entry &entry)
 {
     if (std::exchange(entry.isAskedLater, true))
         return;
-    const bool changing = DRDevice(entry.recorder).mediaIsTransitioning();
-    QTimer::singleShot(changing ? spinningUp : inUse, this, [this, recorder = entry.recorder] {
+    QTimer::singleShot(time, this, [this, recorder = entry.recorder] {
         Entry *later = entryOf(recorder);
         if (!later)
             return;
         later->isAskedLater = false;
-        if (recorder->isToBeAskedAgain() && !recorder->isAtWork())
+        if (!recorder->isAtWork())
             refresh(recorder);
     });
 }

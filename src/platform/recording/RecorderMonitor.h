@@ -38,8 +38,9 @@ private:
     void add(udev_device *device);
     void remove(const QString &devicePath);
     void refresh(const std::shared_ptr<LibburnRecorder> &recorder);
-    void refreshLater(Entry &entry);
+    void refreshAfter(std::chrono::milliseconds time, Entry &entry);
     void show(const std::shared_ptr<LibburnRecorder> &recorder);
+    void tellApart();
     [[nodiscard]] Entry *entryOf(const std::shared_ptr<LibburnRecorder> &recorder); // null: gone
 
     RecordingService &m_service;

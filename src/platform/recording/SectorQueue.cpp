@@ -70,6 +70,13 @@ qint64 SectorQueue::taken() const
     return m_taken;
 }
 
+Result<> SectorQueue::waitForEnd()
+{
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return m_ended; });
+    return m_reason;
+}
+
 Result<> SectorQueue::reason() const
 {
     const std::lock_guard lock(m_mutex);

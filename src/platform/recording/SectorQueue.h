@@ -36,6 +36,9 @@ public:
     // Bytes taken so far.
     [[nodiscard]] qint64 taken() const;
 
+    // Waits until the sources have ended, which is soon once all was taken, and says why.
+    [[nodiscard]] Result<> waitForEnd();
+
     // Why the sources ended; a success until they have.
     [[nodiscard]] Result<> reason() const;
 

@@ -32,8 +32,7 @@ int print(const Result<QString> &text)
 void describe(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(
-        QStringLiteral("Prints the recorders and their state, inserts and ejects the media of the "
-                       "virtual recorder.\n\n"
+        QStringLiteral("Prints the state of the virtual recorder, inserts and ejects its media.\n\n"
                        "Commands:\n"
                        "  list         print each recorder's name and folder, separated by a tab\n"
                        "  status       print the recorder's state and what medium is in it\n"

@@ -1,5 +1,7 @@
 #include "Drive.h"
 
+#include "SystemCalls.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -159,7 +161,7 @@ void Drive::busyFor(int milliseconds)
     m_registers.readyAt = now() + milliseconds;
     const bool atOnce = byte(0) == 0x04 || byte(1) & (byte(0) == 0xa1 ? 0x10 : 1);
     if (!atOnce)
-        usleep(static_cast<useconds_t>(milliseconds) * 1000);
+        system::usleep(static_cast<useconds_t>(milliseconds) * 1000);
 }
 
 void Drive::pace(std::size_t bytes)
@@ -168,7 +170,8 @@ void Drive::pace(std::size_t bytes)
     if (!ordered)
         return;
     const long speed = *ordered > 0 ? *ordered : m_registers.writeSpeed;
-    usleep(static_cast<useconds_t>(bytes * 1000 / static_cast<std::size_t>(std::max(speed, 1L))));
+    system::usleep(
+        static_cast<useconds_t>(bytes * 1000 / static_cast<std::size_t>(std::max(speed, 1L))));
 }
 
 Sense Drive::modeSelect()

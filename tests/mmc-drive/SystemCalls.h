@@ -9,5 +9,6 @@ namespace mmc::system {
 int open(const std::string &path, int flags, unsigned mode);
 int stat(const char *path, struct ::stat *status);
 int fstat(int file, struct ::stat *status);
+int usleep(unsigned microseconds);
 
 }

@@ -212,9 +212,9 @@ void LibburnRecorderTest::faults_data()
                                << "difference in block 300";
     QTest::newRow("unplugged") << cd << "gone 300"
                                << "The recorder was disconnected";
-    QTest::newRow("unplugged while verifying") << dvd << "gone-reading 300"
+    QTest::newRow("unplugged while verifying") << dvd << "gone-reading 700"
                                                << "disconnected";
-    QTest::newRow("taken out") << dvd << "pull-out 300"
+    QTest::newRow("taken out") << dvd << "pull-out 700"
                                << "The medium was taken out";
     QTest::newRow("audio write error") << audio << "write-error 300"
                                        << "SCSI error on write";

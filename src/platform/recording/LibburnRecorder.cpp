@@ -141,11 +141,16 @@ bool LibburnRecorder::lock()
 {
     if (!m_lock.acquire())
         return false;
-    const std::lock_guard guard(m_probeMutex);
-    if (m_holdsDrive || m_file.checkUsable())
+    if (probe())
         return true;
     m_lock.release();
     return false;
+}
+
+Result<> LibburnRecorder::probe()
+{
+    const std::lock_guard guard(m_probeMutex);
+    return m_holdsDrive ? Result<>(Done{}) : m_file.checkUsable();
 }
 
 LibburnRecorder::Known LibburnRecorder::known() const
@@ -300,11 +305,8 @@ Result<> LibburnRecorder::eject()
     if (m_thread->hasJobs(this))
         return Failure{QStringLiteral("A job is running on another recorder, for which this would "
                                       "wait.")};
-    {
-        const std::lock_guard guard(m_probeMutex);
-        if (const Result<> usable = m_file.checkUsable(); !m_holdsDrive && !usable)
-            return usable;
-    }
+    if (const Result<> usable = probe(); !usable)
+        return usable;
     forgetMedium(DeviceFile::Tray::SpinningUp);
     m_thread->post([this](const std::stop_token &stop) {
         if (const Result<> ejected = ejectNow(stop); !ejected) {

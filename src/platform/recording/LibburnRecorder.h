@@ -80,6 +80,7 @@ private:
     void learn(LibburnDrive &drive, DeviceFile::Tray tray);
     void forgetMedium(DeviceFile::Tray tray);
     void fallBack(const Failure &reason);
+    [[nodiscard]] Result<> probe(); // any thread
     [[nodiscard]] Result<> checkUsable();
     [[nodiscard]] Result<std::shared_ptr<LibburnDrive>> open();
     [[nodiscard]] Result<> ejectNow(const std::stop_token &stop);

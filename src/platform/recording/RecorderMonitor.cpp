@@ -93,12 +93,12 @@ void RecorderMonitor::receive()
     const bool changed = entry.recorder->setTold(told);
     if (entry.recorder->isAtWork())
         return;
-    const bool others = told.medium && !told.medium->blank;
-    if (changed && (others || m_thread->hasJobs())) {
+    const bool isWritten = told.medium && !told.medium->blank;
+    if (changed && (isWritten || m_thread->hasJobs())) {
         entry.recorder->takeForTold();
         show(entry.recorder);
     }
-    if (others)
+    if (isWritten)
         refreshAfter(mounting, entry);
     else
         refresh(entry.recorder);
@@ -126,9 +126,10 @@ void RecorderMonitor::add(udev_device *device)
 
 void RecorderMonitor::remove(const QString &devicePath)
 {
-    if (const auto recorder = m_entries.take(devicePath).recorder)
-        m_service.detach(recorder);
+    const auto recorder = m_entries.take(devicePath).recorder;
     tellApart();
+    if (recorder)
+        m_service.detach(recorder);
 }
 
 // Two drives of one model must not be taken for each other.

@@ -7,21 +7,25 @@
 #include <array>
 #include <csignal>
 #include <fcntl.h>
+#include <span>
 #include <unistd.h>
 
 namespace {
 
 constexpr std::array signals{SIGHUP, SIGINT, SIGTERM};
 
+// Those that a person sends again who does not want to wait. A system sends SIGHUP beside SIGTERM.
+constexpr std::array impatient{SIGINT, SIGTERM};
+
 std::array<int, 2> pipeEnds{-1, -1};
 
 // What was told to ignore a signal, as nohup tells it, goes on ignoring it.
-void setHandler(void (*handler)(int))
+void setHandler(std::span<const int> numbers, void (*handler)(int))
 {
     struct sigaction action = {};
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
-    for (const int signal : signals) {
+    for (const int signal : numbers) {
         struct sigaction before = {};
         ::sigaction(signal, nullptr, &before);
         if (before.sa_handler != SIG_IGN)
@@ -32,7 +36,7 @@ void setHandler(void (*handler)(int))
 // A handler may do next to nothing: the rest is done where the pipe is read.
 void handle(int)
 {
-    setHandler(SIG_DFL);
+    setHandler(impatient, SIG_DFL);
     const char byte = 0;
     [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1);
 }
@@ -50,12 +54,12 @@ TerminationSignals::TerminationSignals()
         }
         MainQueue::deliver(this, [this] { Q_EMIT received(); });
     });
-    setHandler(handle);
+    setHandler(signals, handle);
 }
 
 TerminationSignals::~TerminationSignals()
 {
-    setHandler(SIG_DFL);
+    setHandler(signals, SIG_DFL);
     qDeleteAll(children()); // the notifier, before its file
     for (int &end : pipeEnds)
         ::close(std::exchange(end, -1));

@@ -1,5 +1,5 @@
 // Hears of the signals by which the system, a terminal or a person ends the program, so that it can
-// end its jobs first. The second one ends it at once. One at a time; main thread.
+// end its jobs first. A second SIGINT or SIGTERM ends it at once. One at a time; main thread.
 #pragma once
 
 #include <QObject>

@@ -224,7 +224,6 @@ void EraseTest::cancelErasesNothing()
     QVERIFY(!m_drive->device().mediaIsBlank() && !Session::isWorking());
 }
 
-// An erase that waited for the burn's end would take the disc that was just made.
 void EraseTest::erasesWhatWasConfirmed()
 {
     write();
@@ -242,6 +241,7 @@ void EraseTest::erasesWhatWasConfirmed()
     QTRY_COMPARE(control<QGroupBox>("stateBox")->title(), QStringLiteral("Failed"));
 }
 
+// An erase that waited for the burn's end would take the disc that was just made.
 void EraseTest::burnBeforeIsKept()
 {
     m_drive->keepToSpeed();

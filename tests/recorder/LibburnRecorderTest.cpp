@@ -38,6 +38,7 @@ private Q_SLOTS:
     void cancelled();
     void cancelledErase_data();
     void cancelledErase();
+    void takenOutWhileErasing_data();
     void takenOutWhileErasing();
     void unpluggedWhileErasing();
 
@@ -296,9 +297,18 @@ void LibburnRecorderTest::cancelledErase()
     QVERIFY(!m_drive->device().mediaIsBlank());
 }
 
-// libburn waits for it without end: the drive is of use again when that has found a medium.
+void LibburnRecorderTest::takenOutWhileErasing_data()
+{
+    QTest::addColumn<bool>("switchedOff");
+    QTest::newRow("another medium") << false;
+    QTest::newRow("switched off and on") << true;
+}
+
+// libburn waits for it without end: the drive is of use again when that has found a medium, or lost
+// the drive.
 void LibburnRecorderTest::takenOutWhileErasing()
 {
+    QFETCH(const bool, switchedOff);
     BurnRun run;
     m_drive->emulated().setFaults(QStringLiteral("pull-out-after 0xa1"));
     const Result<> erased = m_drive->erase(run, EraseType::Complete);
@@ -307,6 +317,10 @@ void LibburnRecorderTest::takenOutWhileErasing()
     QVERIFY2(burned.error().contains(QStringLiteral("does not answer")),
              qPrintable(burned.error()));
     m_drive->emulated().setFaults({});
+    if (switchedOff) {
+        m_drive->detach();
+        m_drive->attach();
+    }
     m_drive->insert(DRDeviceMediaTypeCDRW);
     const Result<> burnedThen = m_drive->burn(m_drive->imageOf(500 * blockSize));
     QVERIFY2(burnedThen, qPrintable(burnedThen.error()));

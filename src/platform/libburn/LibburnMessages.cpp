@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <mutex>
+#include <set>
 #include <sys/types.h>
 
 #include <libburn/libburn.h>
@@ -11,6 +12,7 @@ namespace {
 
 std::mutex mutex;
 std::deque<QList<LibburnMessages::Message> *> listeners;
+std::set<int> mutedCodes;
 
 // From here on a message is a complaint: "SORRY" of libburn's severities.
 constexpr int sorry = 0x60000000;
@@ -42,6 +44,16 @@ bool LibburnMessages::isReady()
     return ready;
 }
 
+void LibburnMessages::setMuted(int code, bool muted)
+{
+    const std::lock_guard lock(mutex);
+    drain(); // what was said before is for all
+    if (muted)
+        mutedCodes.insert(code);
+    else
+        mutedCodes.erase(code);
+}
+
 LibburnMessages::LibburnMessages()
 {
     if (!isReady())
@@ -66,6 +78,8 @@ void LibburnMessages::drain()
     int systemError = 0;
     while (burn::burn_msgs_obtain(all.data(), &code, text.data(), &systemError, severity.data())
            > 0) {
+        if (mutedCodes.contains(code))
+            continue;
         int number = 0;
         burn::burn_text_to_sev(severity.data(), &number, 0);
         for (QList<Message> *listener : listeners)

@@ -23,6 +23,10 @@ public:
     LibburnMessages(const LibburnMessages &) = delete;
     LibburnMessages &operator=(const LibburnMessages &) = delete;
 
+    // From now on nobody gets messages of that code, or everybody does again: they do not tell
+    // which drive they are about.
+    static void setMuted(int code, bool muted);
+
     // False where libburn could not be initialized.
     [[nodiscard]] static bool isReady();
 

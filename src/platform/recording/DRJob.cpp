@@ -59,7 +59,7 @@ void DRJob::start(const std::shared_ptr<DRJob> &job, const QVariant &object,
         }
         report.finish(result ? DRStatusStateDone : DRStatusStateFailed);
     };
-    if (recorder->jobs().hasJobs(recorder)) // it waits for those of others
+    if (recorder->jobs().hasJobsBeside(recorder)) // it waits for those of others
         JobReport(send, {}).setState(DRStatusStatePreparing);
     job->m_stop = recorder->jobs().post(work, recorder);
 }

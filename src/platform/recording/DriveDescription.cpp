@@ -173,16 +173,20 @@ bool DriveDescription::isOverwritable(int profile)
     return known && known->overwritable;
 }
 
-bool DriveDescription::needsFormatting(const LibburnDrive &drive)
+bool DriveDescription::isUnformatted(const LibburnDrive &drive)
 {
-    constexpr int blurayRewritable = 0x43;
     int status = 0;
     off_t size = 0;
     unsigned spare = 0;
     int count = 0;
-    return drive.profile() == blurayRewritable
-           && burn::burn_disc_get_formats(drive.handle(), &status, &size, &spare, &count) > 0
+    return burn::burn_disc_get_formats(drive.handle(), &status, &size, &spare, &count) > 0
            && status == BURN_FORMAT_IS_UNFORMATTED;
+}
+
+bool DriveDescription::needsFormatting(const LibburnDrive &drive)
+{
+    constexpr int blurayRewritable = 0x43;
+    return drive.profile() == blurayRewritable && isUnformatted(drive);
 }
 
 qint64 DriveDescription::freeBlocks(const LibburnDrive &drive)

@@ -24,6 +24,7 @@ namespace DriveDescription {
 // Media that are overwritten in place, and those that have to be formatted before anything else.
 [[nodiscard]] bool isOverwritable(int profile);
 [[nodiscard]] bool needsFormatting(const LibburnDrive &drive);
+[[nodiscard]] bool isUnformatted(const LibburnDrive &drive);
 
 // Blocks in which every file system begins.
 inline constexpr qint64 volumeStart = 512;

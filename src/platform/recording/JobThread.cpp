@@ -38,12 +38,12 @@ bool JobThread::isBusy(const Recorder *recorder)
     });
 }
 
-bool JobThread::hasJobs(const Recorder *except)
+bool JobThread::hasJobsBeside(const Recorder *running)
 {
     const std::lock_guard lock(m_mutex);
-    return std::any_of(m_entries.cbegin(), m_entries.cend(), [except](const Entry &entry) {
-        return entry.recorder && entry.recorder != except;
-    });
+    const bool isRunning = !m_entries.empty() && m_entries.front().recorder == running;
+    return std::any_of(m_entries.cbegin() + (isRunning ? 1 : 0), m_entries.cend(),
+                       [](const Entry &entry) { return entry.recorder != nullptr; });
 }
 
 void JobThread::run(const std::stop_token &threadStop)

@@ -28,9 +28,9 @@ public:
     // Any thread. True while a job of the recorder runs or waits that nobody has stopped.
     [[nodiscard]] bool isBusy(const Recorder *recorder);
 
-    // Any thread. True while a job of any recorder but this one runs or waits; tasks of none do not
-    // count.
-    [[nodiscard]] bool hasJobs(const Recorder *except = nullptr);
+    // Any thread. True while a job of any recorder runs or waits, but for one of this recorder that
+    // runs, which may have reported its end already. Tasks of no recorder do not count.
+    [[nodiscard]] bool hasJobsBeside(const Recorder *running);
 
     // Cancels all jobs, waits for their ends and ends the thread. Not from a job.
     void shutDown();

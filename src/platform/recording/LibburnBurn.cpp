@@ -17,7 +17,6 @@
 
 namespace {
 
-constexpr int writeThreadEnded = 0x20178; // of libburn's list of codes
 constexpr std::chrono::milliseconds lookEvery(50);
 
 // How long, in ms, libburn may take: to say that a burn has ended that it may not have begun, and
@@ -250,7 +249,7 @@ public:
         burn::burn_progress progress = {};
         m_status = burn::burn_drive_get_status(m_drive.handle(), &progress);
         const bool idle = m_status == burn::BURN_DRIVE_IDLE;
-        if (idle && m_drive.messages().contains(writeThreadEnded))
+        if (idle && m_drive.messages().contains(LibburnDrive::writeThreadEnded))
             return State::Ended;
         if (!idle)
             m_idle.restart();
@@ -289,7 +288,7 @@ Result<> LibburnBurn::follow(DiscFeed &feed)
             return m_drive.failure(QStringLiteral("The drive refused to write"));
         if (state == Worker::State::Lost) {
             stopWriting();
-            m_drive.abandon();
+            m_drive.abandon(LibburnDrive::writeThreadEnded);
             return m_drive.failure(QStringLiteral("The drive does not answer any more"));
         }
         const qint64 taken = feed.queue().taken();

@@ -1,8 +1,9 @@
 #include "LibburnDrive.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
+#include <QMap>
 
 #include <array>
 #include <fcntl.h>
@@ -19,6 +20,14 @@ constexpr qint64 blockSize = 2048;
 // Of libburn's list of codes.
 constexpr int transferFailed = 0x2010c;
 constexpr int connectionLost = 0x201a6;
+
+// Those that were left to libburn, by device path: it knows no second one of that path. They are
+// not touched when the program ends. The thread that serves libburn.
+QMap<QString, std::shared_ptr<LibburnDrive>> &abandoned()
+{
+    static auto *drives = new QMap<QString, std::shared_ptr<LibburnDrive>>;
+    return *drives;
+}
 
 // libburn lets child processes inherit its open drives. A disc-image job that is started during a
 // burn would hold the drive until it ends.
@@ -45,7 +54,7 @@ Result<std::shared_ptr<LibburnDrive>> LibburnDrive::open(const DeviceFile &file)
     if (!LibburnMessages::isReady())
         return Failure{QStringLiteral("libburn cannot be used.")};
     // libburn waits six seconds for a drive that is in use; the system knows at once.
-    if (const Result<> usable = file.checkUsable(); !usable)
+    if (const Result<> usable = checkUsable(file); !usable)
         return usable.failure();
     std::shared_ptr<LibburnDrive> drive(new LibburnDrive(file));
     QByteArray path = QFile::encodeName(file.path());
@@ -72,8 +81,7 @@ burn::burn_drive *LibburnDrive::handle() const
 
 Failure LibburnDrive::failure(const QString &what) const
 {
-    if (!m_file.exists() || m_messages.contains(connectionLost)
-        || m_messages.contains(transferFailed))
+    if (!m_file.exists() || isDisconnected())
         return Failure{QStringLiteral("The recorder was disconnected. What was being written is "
                                       "not usable.")};
     const QString complaint = m_messages.complaint();
@@ -84,18 +92,41 @@ Failure LibburnDrive::failure(const QString &what) const
                                        : QStringLiteral("%1: %2").arg(what, complaint)};
 }
 
-// libburn asks a drive each second, and its thread ends a little after it has said so.
-bool LibburnDrive::recover()
+void LibburnDrive::abandon(int endCode)
 {
-    constexpr qint64 patience = 3000; // ms
+    m_abandoned = true;
+    m_endCode = endCode;
+    abandoned().insert(m_file.path(), shared_from_this());
+    LibburnMessages::setMuted(askedInVain, true);
+}
+
+// libburn asks a drive each second, and its thread ends a little after it has said so.
+bool LibburnDrive::recover(std::chrono::milliseconds patience)
+{
     constexpr std::chrono::milliseconds lookEvery(100);
-    QElapsedTimer waited;
-    waited.start();
+    const QDeadlineTimer end(patience);
     do {
-        m_abandoned = burn::burn_drive_get_status(handle(), nullptr) != burn::BURN_DRIVE_IDLE;
+        const bool idle = burn::burn_drive_get_status(handle(), nullptr) == burn::BURN_DRIVE_IDLE;
+        m_abandoned = !idle || (m_endCode != 0 && !m_messages.contains(m_endCode));
         std::this_thread::sleep_for(lookEvery);
-    } while (m_abandoned && !waited.hasExpired(patience));
+    } while (m_abandoned && !end.hasExpired());
     return !m_abandoned;
+}
+
+Result<> LibburnDrive::checkUsable(const DeviceFile &file, std::chrono::milliseconds patience)
+{
+    if (LibburnDrive *left = abandoned().value(file.path()).get(); left && !left->recover(patience))
+        return Failure{
+            QStringLiteral("The recorder does not answer any more. Switch it off and on, "
+                           "or take its medium out, and try again.")};
+    abandoned().remove(file.path()); // lets go of it
+    LibburnMessages::setMuted(askedInVain, !abandoned().isEmpty());
+    return file.checkUsable();
+}
+
+bool LibburnDrive::isDisconnected() const
+{
+    return m_messages.contains(connectionLost) || m_messages.contains(transferFailed);
 }
 
 int LibburnDrive::profile() const

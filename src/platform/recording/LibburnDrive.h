@@ -7,7 +7,7 @@
 
 #include <QList>
 
-#include <functional>
+#include <chrono>
 #include <memory>
 
 namespace burn {
@@ -15,7 +15,7 @@ struct burn_drive;
 struct burn_drive_info;
 }
 
-class LibburnDrive
+class LibburnDrive : public std::enable_shared_from_this<LibburnDrive>
 {
 public:
     // Takes hold of the drive, which libburn waits for until it is ready. The failure says what can
@@ -35,6 +35,9 @@ public:
     // Why the last operation failed: libburn's message, unless more is known.
     [[nodiscard]] Failure failure(const QString &what) const;
 
+    // Whether libburn has found it gone.
+    [[nodiscard]] bool isDisconnected() const;
+
     // Current profile of MMC; 0 without a medium.
     [[nodiscard]] int profile() const;
 
@@ -50,12 +53,23 @@ public:
     void ejectOnRelease() { m_eject = true; }
 
     // Leaves a drive that does not answer any more to libburn, whose thread may wait for it without
-    // end. Where that has ended, or does so within seconds, recover() takes the drive back.
-    void abandon() { m_abandoned = true; }
+    // end, and says endCode at its end where that is not 0. It can be used again afterwards.
+    void abandon(int endCode = 0);
     [[nodiscard]] bool isAbandoned() const { return m_abandoned; }
-    [[nodiscard]] bool recover();
+
+    // Fails, saying why, for a drive that cannot be used now. Waits at most that long for libburn
+    // to be done with one that was abandoned.
+    [[nodiscard]] static Result<> checkUsable(const DeviceFile &file,
+                                              std::chrono::milliseconds patience = {});
+
+    // Of libburn's list of codes: its thread that writes has ended; it asks a drive, each second,
+    // that will not go on.
+    static constexpr int writeThreadEnded = 0x20178;
+    static constexpr int askedInVain = 0x201a5;
 
 private:
+    [[nodiscard]] bool recover(std::chrono::milliseconds patience);
+
     explicit LibburnDrive(DeviceFile file)
         : m_file(std::move(file))
     {
@@ -66,4 +80,5 @@ private:
     burn::burn_drive_info *m_infos = nullptr;
     bool m_eject = false;
     bool m_abandoned = false;
+    int m_endCode = 0;
 };

@@ -15,10 +15,7 @@ namespace {
 
 constexpr std::chrono::milliseconds lookEvery(50);
 constexpr qint64 lossPatience = 5000; // ms; a short hiccup of the bus is none
-
-// Of libburn's list of codes: what it says each second of a drive that will not go on.
-constexpr int askedInVain = 0x201a5;
-constexpr qsizetype mostInVain = 5;
+constexpr qsizetype mostInVain = 5;   // seconds
 constexpr int wholeProgress = 0x10000;
 constexpr qint64 blockSize = 2048;
 constexpr qint64 alignment = 16;      // blocks that DVD and BD write together
@@ -34,7 +31,8 @@ Result<> LibburnErase::run(EraseType type)
         if (DriveDescription::needsFormatting(m_drive))
             return format(DRStatusStateErasing, 1);
         // One whose formatting was broken off takes nothing behind that place until it goes on.
-        if (profile == dvdPlusRw)
+        if (profile == dvdPlusRw
+            && (type == EraseType::Complete || DriveDescription::isUnformatted(m_drive)))
             if (Result<> formatted = format(DRStatusStateErasing, 0); !formatted)
                 return formatted;
         const qint64 all = DriveDescription::freeBlocks(m_drive) / alignment * alignment;
@@ -71,14 +69,15 @@ Result<> LibburnErase::follow()
         else if (!lost.isValid())
             lost.start();
         if ((lost.isValid() && lost.hasExpired(lossPatience))
-            || m_drive.messages().count(askedInVain) >= mostInVain) {
+            || m_drive.messages().count(LibburnDrive::askedInVain) >= mostInVain) {
             m_drive.abandon(); // libburn asks for its progress without end
             return m_drive.failure(QStringLiteral("The drive does not go on"));
         }
         std::this_thread::sleep_for(lookEvery);
     }
     // libburn's thread ends after it has said so, and later where it could not ask the drive.
-    std::this_thread::sleep_for(lost.isValid() ? std::chrono::seconds(2) : lookEvery);
+    const bool gone = !m_drive.file().exists() || m_drive.isDisconnected();
+    std::this_thread::sleep_for(gone ? std::chrono::seconds(2) : lookEvery);
     const bool went = burn::burn_drive_wrote_well(m_drive.handle()) > 0;
     if (went && m_drive.assessAgain()
         && burn::burn_disc_get_status(m_drive.handle()) == burn::BURN_DISC_BLANK)

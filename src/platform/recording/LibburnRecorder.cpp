@@ -68,8 +68,6 @@ public:
             m_recorder.m_toBeAskedAgain = true; // changes were not heard meanwhile
         if (m_drive && m_recorder.m_toBeAskedAgain)
             m_recorder.forgetMedium(DeviceFile::Tray::Unknown);
-        if (m_drive && m_drive->isAbandoned())
-            m_recorder.m_abandoned = m_drive;
         m_drive.reset();
         m_hold.reset();
         m_recorder.m_jobRuns = false;
@@ -88,12 +86,13 @@ public:
         if (!m_granted)
             return Failure{QStringLiteral("The recorder is in use by another program.")};
         // Why it cannot be used says more than that it is not ready.
-        Result<> ready = m_recorder.checkUsable();
+        constexpr std::chrono::seconds patience(3);
+        Result<> ready = LibburnDrive::checkUsable(m_recorder.m_file, patience);
         if (ready)
             ready = m_recorder.m_file.waitUntilReady(stop);
         if (!ready)
             return ready.failure();
-        const Result<std::shared_ptr<LibburnDrive>> opened = m_recorder.open();
+        const Result<std::shared_ptr<LibburnDrive>> opened = LibburnDrive::open(m_recorder.m_file);
         if (!opened)
             return opened.failure();
         m_drive = opened.value();
@@ -185,35 +184,18 @@ void LibburnRecorder::fallBack(const Failure &reason)
     m_known.isKeptFromUs = true;
 }
 
-// A drive that was left to libburn can be used again when that is done with it.
-Result<> LibburnRecorder::checkUsable()
-{
-    if (m_abandoned && !m_abandoned->recover())
-        return Failure{
-            QStringLiteral("The recorder does not answer any more. Switch it off and on, "
-                           "or take its medium out, and try again.")};
-    m_abandoned.reset();
-    return m_file.checkUsable();
-}
-
-Result<std::shared_ptr<LibburnDrive>> LibburnRecorder::open()
-{
-    const Result<> usable = checkUsable();
-    return usable ? LibburnDrive::open(m_file) : usable.failure();
-}
-
 // Not even its tray is looked at while another program uses it: that might be burning.
 void LibburnRecorder::refresh()
 {
     const Hold hold(*this);
-    if (const Result<> usable = checkUsable(); !usable)
+    if (const Result<> usable = LibburnDrive::checkUsable(m_file); !usable)
         return fallBack(usable.failure());
     const DeviceFile::Tray tray = m_file.tray();
     if (tray == DeviceFile::Tray::SpinningUp) {
         m_toBeAskedAgain = true;
         return forgetMedium(tray);
     }
-    const Result<std::shared_ptr<LibburnDrive>> drive = open();
+    const Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);
     if (!drive)
         return fallBack(drive.failure());
     learn(*drive.value(), tray);
@@ -302,7 +284,7 @@ Result<> LibburnRecorder::eject()
 {
     if (m_jobRuns || isReserved())
         return Failure{QStringLiteral("A job is running on the recorder.")};
-    if (m_thread->hasJobs(this))
+    if (m_thread->hasJobsBeside(this))
         return Failure{QStringLiteral("A job is running on another recorder, for which this would "
                                       "wait.")};
     if (const Result<> usable = probe(); !usable)
@@ -322,16 +304,19 @@ Result<> LibburnRecorder::eject()
 Result<> LibburnRecorder::ejectNow(const std::stop_token &stop)
 {
     const Hold hold(*this);
-    Result<> ready = checkUsable();
+    Result<> ready = LibburnDrive::checkUsable(m_file);
     if (ready)
         ready = m_file.waitUntilReady(stop);
     if (!ready)
         return ready;
-    Result<std::shared_ptr<LibburnDrive>> drive = open();
+    Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);
     if (!drive)
         return drive.failure();
     drive.value()->ejectOnRelease();
     drive = Failure{}; // lets go of it
-    forgetMedium(m_file.tray());
+    const DeviceFile::Tray tray = m_file.tray();
+    forgetMedium(tray);
+    if (tray != DeviceFile::Tray::Open && tray != DeviceFile::Tray::Empty)
+        return Failure{QStringLiteral("The drive keeps its medium.")};
     return Done{};
 }

@@ -81,8 +81,6 @@ private:
     void forgetMedium(DeviceFile::Tray tray);
     void fallBack(const Failure &reason);
     [[nodiscard]] Result<> probe(); // any thread
-    [[nodiscard]] Result<> checkUsable();
-    [[nodiscard]] Result<std::shared_ptr<LibburnDrive>> open();
     [[nodiscard]] Result<> ejectNow(const std::stop_token &stop);
     [[nodiscard]] Result<> burnOn(LibburnDrive &drive, const BurnRequest &request,
                                   JobReport &report);
@@ -96,7 +94,6 @@ private:
     Known m_known;
     std::mutex m_probeMutex; // guards m_holdsDrive and the probing of the device file
     bool m_holdsDrive = false;
-    std::shared_ptr<LibburnDrive> m_abandoned; // the libburn thread's, as checkUsable() and open()
     std::atomic<bool> m_oneOfSeveral = false;
     std::atomic<bool> m_jobRuns = false;
     std::atomic<bool> m_toBeAskedAgain = false;

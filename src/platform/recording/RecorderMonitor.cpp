@@ -94,7 +94,7 @@ void RecorderMonitor::receive()
     if (entry.recorder->isAtWork())
         return;
     const bool isWritten = told.medium && !told.medium->blank;
-    if (changed && (isWritten || m_thread->hasJobs())) {
+    if (changed && (isWritten || m_thread->hasJobsBeside(nullptr))) {
         entry.recorder->takeForTold();
         show(entry.recorder);
     }
@@ -112,15 +112,20 @@ void RecorderMonitor::add(udev_device *device)
         return;
     const auto recorder =
         std::make_shared<LibburnRecorder>(path, UdevDescription(device), m_thread);
-    m_entries.insert(path, {recorder, {}, false});
+    Entry &entry = *m_entries.insert(path, {recorder, {}, std::make_shared<QTimer>()});
+    entry.timer->setSingleShot(true);
+    connect(entry.timer.get(), &QTimer::timeout, this, [this, weak = std::weak_ptr(recorder)] {
+        if (const auto later = weak.lock(); later && !later->isAtWork())
+            refresh(later);
+    });
     recorder->setChanged([this, weak = std::weak_ptr(recorder)] {
         QMetaObject::invokeMethod(this, [this, weak] {
             if (const auto changed = weak.lock())
                 show(changed);
         });
     });
-    QTimer::singleShot(m_thread->hasJobs() ? std::chrono::seconds(0) : firstAnswer, this,
-                       [this, recorder] { show(recorder); });
+    QTimer::singleShot(m_thread->hasJobsBeside(nullptr) ? std::chrono::seconds(0) : firstAnswer,
+                       this, [this, recorder] { show(recorder); });
     refresh(recorder);
 }
 
@@ -176,16 +181,9 @@ void RecorderMonitor::show(const std::shared_ptr<LibburnRecorder> &recorder)
         m_service.statusChanged(recorder);
 }
 
-void RecorderMonitor::refreshAfter(std::chrono::milliseconds time, Entry &entry)
+// The latest of several times counts.
+void RecorderMonitor::refreshAfter(std::chrono::milliseconds time, const Entry &entry)
 {
-    if (std::exchange(entry.isAskedLater, true))
-        return;
-    QTimer::singleShot(time, this, [this, recorder = entry.recorder] {
-        Entry *later = entryOf(recorder);
-        if (!later)
-            return;
-        later->isAskedLater = false;
-        if (!recorder->isAtWork())
-            refresh(recorder);
-    });
+    if (entry.timer->remainingTimeAsDuration() < time)
+        entry.timer->start(time);
 }

@@ -12,6 +12,7 @@
 #include <memory>
 
 class QSocketNotifier;
+class QTimer;
 class RecordingService;
 struct udev;
 struct udev_device;
@@ -29,8 +30,8 @@ private:
     struct Entry
     {
         std::shared_ptr<LibburnRecorder> recorder;
-        QVariantMap shown;         // what its observers were told of last
-        bool isAskedLater = false; // by a timer that is running
+        QVariantMap shown;             // what its observers were told of last
+        std::shared_ptr<QTimer> timer; // for asking it again
     };
 
     void enumerate();
@@ -38,7 +39,7 @@ private:
     void add(udev_device *device);
     void remove(const QString &devicePath);
     void refresh(const std::shared_ptr<LibburnRecorder> &recorder);
-    void refreshAfter(std::chrono::milliseconds time, Entry &entry);
+    static void refreshAfter(std::chrono::milliseconds time, const Entry &entry);
     void show(const std::shared_ptr<LibburnRecorder> &recorder);
     void tellApart();
     [[nodiscard]] Entry *entryOf(const std::shared_ptr<LibburnRecorder> &recorder); // null: gone

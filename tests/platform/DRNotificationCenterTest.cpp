@@ -5,10 +5,12 @@
 
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString name = QStringLiteral("Name");
-const QString other = QStringLiteral("Other");
+const QString name = u"Name"_s;
+const QString other = u"Other"_s;
 
 }
 
@@ -66,13 +68,13 @@ void DRNotificationCenterTest::orderFromOtherThreads()
         [&](const DRNotification &notification) {
             onMainThread = onMainThread && QThread::currentThread() == qApp->thread();
             seen[notification.object.toInt()].append(
-                notification.userInfo.value(QStringLiteral("number")).toInt());
+                notification.userInfo.value(u"number"_s).toInt());
         },
         name);
     {
         const auto postAll = [this](int thread) {
             for (int i = 0; i < count; ++i)
-                m_center->postNotification({name, thread, {{QStringLiteral("number"), i}}});
+                m_center->postNotification({name, thread, {{u"number"_s, i}}});
         };
         const std::jthread first(postAll, 0);
         const std::jthread second(postAll, 1);
@@ -89,26 +91,25 @@ void DRNotificationCenterTest::orderFromOtherThreads()
 void DRNotificationCenterTest::nameAndObject()
 {
     QObject observer;
-    observe(&observer, QStringLiteral("all"));
-    observe(&observer, QStringLiteral("two"), 2);
+    observe(&observer, u"all"_s);
+    observe(&observer, u"two"_s, 2);
     post(1);
     post(2);
     m_center->postNotification({other, 2, {}});
     deliver();
-    QCOMPARE(m_seen, (QStringList{QStringLiteral("all:1"), QStringLiteral("all:2"),
-                                  QStringLiteral("two:2")}));
+    QCOMPARE(m_seen, (QStringList{u"all:1"_s, u"all:2"_s, u"two:2"_s}));
 }
 
 void DRNotificationCenterTest::secondCallReplaces()
 {
     QObject observer;
     QObject second;
-    observe(&observer, QStringLiteral("old"), 1);
-    observe(&second, QStringLiteral("second"), 1);
-    observe(&observer, QStringLiteral("new"), 1);
+    observe(&observer, u"old"_s, 1);
+    observe(&second, u"second"_s, 1);
+    observe(&observer, u"new"_s, 1);
     post(1);
     deliver();
-    QCOMPARE(m_seen, (QStringList{QStringLiteral("second:1"), QStringLiteral("new:1")}));
+    QCOMPARE(m_seen, (QStringList{u"second:1"_s, u"new:1"_s}));
 }
 
 void DRNotificationCenterTest::deadObserver()
@@ -117,7 +118,7 @@ void DRNotificationCenterTest::deadObserver()
     auto second = std::make_unique<QObject>();
     m_center->addObserver(
         &first, [&second](const DRNotification &) { second.reset(); }, name);
-    observe(second.get(), QStringLiteral("second"));
+    observe(second.get(), u"second"_s);
     post();
     deliver(); // dies in the midst of the delivery
     post();
@@ -130,13 +131,13 @@ void DRNotificationCenterTest::removalOfOneAndOfAll()
     QObject observer;
     QObject second;
     for (const int object : {1, 2, 3})
-        observe(&observer, QStringLiteral("first"), object);
-    observe(&second, QStringLiteral("second"), 1);
+        observe(&observer, u"first"_s, object);
+    observe(&second, u"second"_s, 1);
     post(1);
     m_center->removeObserver(&observer, name, 1); // also what was posted before
     post(2);
     deliver();
-    QCOMPARE(m_seen, (QStringList{QStringLiteral("second:1"), QStringLiteral("first:2")}));
+    QCOMPARE(m_seen, (QStringList{u"second:1"_s, u"first:2"_s}));
 
     m_seen.clear();
     m_center->removeObserver(&observer, other);
@@ -145,7 +146,7 @@ void DRNotificationCenterTest::removalOfOneAndOfAll()
     m_center->removeObserver(&observer, name);
     post(3);
     deliver();
-    QCOMPARE(m_seen, QStringList{QStringLiteral("first:3")});
+    QCOMPARE(m_seen, QStringList{u"first:3"_s});
 }
 
 void DRNotificationCenterTest::changesDuringDelivery()
@@ -159,18 +160,18 @@ void DRNotificationCenterTest::changesDuringDelivery()
         [&](const DRNotification &) {
             m_center->removeObserver(&first, name);
             m_center->removeObserver(&removed, name);
-            observe(&replaced, QStringLiteral("new"));
-            observe(&added, QStringLiteral("added"));
+            observe(&replaced, u"new"_s);
+            observe(&added, u"added"_s);
         },
         name);
-    observe(&removed, QStringLiteral("removed"));
-    observe(&replaced, QStringLiteral("old"));
+    observe(&removed, u"removed"_s);
+    observe(&replaced, u"old"_s);
     post(1);
     deliver();
-    QCOMPARE(m_seen, QStringList{QStringLiteral("new:1")});
+    QCOMPARE(m_seen, QStringList{u"new:1"_s});
     post(2);
     deliver();
-    QCOMPARE(m_seen.mid(1), (QStringList{QStringLiteral("new:2"), QStringLiteral("added:2")}));
+    QCOMPARE(m_seen.mid(1), (QStringList{u"new:2"_s, u"added:2"_s}));
 }
 
 MAPLORN_TEST_MAIN(DRNotificationCenterTest)

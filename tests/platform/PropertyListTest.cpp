@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Made with another program's writer.
@@ -25,12 +27,11 @@ const QByteArray xmlList = R"(<?xml version="1.0" encoding="UTF-8"?>
 QVariantMap sample()
 {
     const QDateTime when(QDate(2016, 3, 5), QTime(9, 5, 3), Qt::UTC);
-    return {{QStringLiteral("big"), Q_INT64_C(1099511627776)},
-            {QStringLiteral("list"),
-             QVariantList{1LL, -5LL, 2.5, true,
-                          QVariantMap{{QStringLiteral("a"), QByteArray("\x00\xff", 2)}}}},
-            {QStringLiteral("name"), QStringLiteral("Prüfung")},
-            {QStringLiteral("when"), when}};
+    return {{u"big"_s, Q_INT64_C(1099511627776)},
+            {u"list"_s,
+             QVariantList{1LL, -5LL, 2.5, true, QVariantMap{{u"a"_s, QByteArray("\x00\xff", 2)}}}},
+            {u"name"_s, u"Prüfung"_s},
+            {u"when"_s, when}};
 }
 
 }
@@ -63,7 +64,7 @@ private:
 void PropertyListTest::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
-    m_path = m_folder->filePath(QStringLiteral("list.plist"));
+    m_path = m_folder->filePath(u"list.plist"_s);
 }
 
 void PropertyListTest::store(const QByteArray &bytes) const
@@ -96,10 +97,9 @@ void PropertyListTest::writtenAndReadBack_data()
     QTest::newRow("empty dictionary") << QVariant(QVariantMap());
     QTest::newRow("empty array") << QVariant(QVariantList());
     QTest::newRow("marks of XML") << QVariant(
-        QVariantMap{{QStringLiteral("<&>\"'"), QStringLiteral("]]> &amp; <a>\n\tü€😀")}});
+        QVariantMap{{u"<&>\"'"_s, u"]]> &amp; <a>\n\tü€😀"_s}});
     QTest::newRow("empty texts") << QVariant(
-        QVariantMap{{QStringLiteral("text"), QString(QLatin1String(""))},
-                    {QStringLiteral("data"), QByteArray("")}});
+        QVariantMap{{u"text"_s, QString(QLatin1String(""))}, {u"data"_s, QByteArray("")}});
     QTest::newRow("numbers at their limits")
         << QVariant(QVariantList{std::numeric_limits<qint64>::max(),
                                  std::numeric_limits<qint64>::min(), -1LL, 0LL, 0.1, -1e300});
@@ -166,7 +166,7 @@ void PropertyListTest::mapOfAnotherKind()
 
 void PropertyListTest::failedWriteNamesTheFile()
 {
-    const QString path = m_folder->filePath(QStringLiteral("none/list.plist"));
+    const QString path = m_folder->filePath(u"none/list.plist"_s);
     const Result<> written = PropertyList::write(path, sample());
     QVERIFY(!written);
     QVERIFY(written.error().contains(path));

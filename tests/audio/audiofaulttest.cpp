@@ -109,7 +109,7 @@ const Spoil nothing = keep(0);
 
 void addMpegFaults()
 {
-    const QByteArray tag = QByteArray("TAG") + QByteArray(125, ' ');
+    const QByteArray tag = "TAG"_ba + QByteArray(125, ' ');
     row("mp3 with a note lacks bytes of its last frame", "a.mp3", "", cut(10), truncated);
     row("mp3 with a note lacks its last frame", "a.mp3", "-b:a 320k -ar 48000", cut(960),
         truncated);
@@ -339,13 +339,13 @@ void AudioFaultTest::noAudio_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("bytes");
     QTest::newRow("empty") << u"a.mp3"_s << QByteArray();
-    QTest::newRow("a byte") << u"a.wav"_s << QByteArray("R");
-    QTest::newRow("text") << u"a.wav"_s << QByteArray("Not a sound.\n").repeated(5000);
+    QTest::newRow("a byte") << u"a.wav"_s << "R"_ba;
+    QTest::newRow("text") << u"a.wav"_s << "Not a sound.\n"_ba.repeated(5000);
     QTest::newRow("zeros") << u"a.mp3"_s << QByteArray(100'000, '\0');
     QTest::newRow("all ones") << u"a.mp3"_s << QByteArray(100'000, '\xFF');
     QTest::newRow("only a tag") << u"a.mp3"_s << QByteArray("ID3\4\0\0\0\0\0\4abcd", 14);
-    QTest::newRow("playlist") << u"a.mp3"_s << QByteArray("#EXTM3U\n/etc/passwd\n");
-    QTest::newRow("amr without frames") << u"a.amr"_s << QByteArray("#!AMR\n");
+    QTest::newRow("playlist") << u"a.mp3"_s << "#EXTM3U\n/etc/passwd\n"_ba;
+    QTest::newRow("amr without frames") << u"a.amr"_s << "#!AMR\n"_ba;
     QTest::newRow("amr that ends within a frame") << u"a.amr"_s << SoundFiles::amr(9).chopped(1);
     QTest::newRow("amr that ends within a pause")
         << u"a.amr"_s << QByteArray(SoundFiles::amr(9) + QByteArray("\x44\0\0", 3));

@@ -10,14 +10,14 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QByteArray id3v2 = QByteArray("ID3\4\0\0\0\0\2\0", 10) + QByteArray(256, '\xFF');
-const QByteArray id3v1 = QByteArray("TAG") + QByteArray(125, ' ');
+const QByteArray id3v1 = "TAG"_ba + QByteArray(125, ' ');
 const QByteArray lyrics = "LYRICSBEGININD0000200000021LYRICS200";
 
 // With a footer, and a header too when it is not the older version.
 QByteArray apeTag(bool hasHeader)
 {
     const auto end = [&](char place) -> QByteArray {
-        return QByteArray("APETAGEX") + QByteArray("\xD0\7\0\0\x40\0\0\0\1\0\0\0\0\0\0", 15)
+        return "APETAGEX"_ba + QByteArray("\xD0\7\0\0\x40\0\0\0\1\0\0\0\0\0\0", 15)
                + (hasHeader ? place : '\0') + QByteArray(8, '\0');
     };
     return (hasHeader ? end('\xA0') : QByteArray()) + QByteArray(32, 'x') + end('\x80');
@@ -137,7 +137,7 @@ void MpegAudioTest::besideSound_data()
     QTest::addColumn<bool>("isNoted");
     const QByteArray none;
     const QByteArray zeros(60'000, '\0');
-    const QByteArray words = QByteArray("Ripped with care.\r\n").repeated(3000);
+    const QByteArray words = "Ripped with care.\r\n"_ba.repeated(3000);
     const auto row = [](const char *tag, const QByteArray &before, const QByteArray &middle,
                         const QByteArray &behind, bool isNoted) {
         QTest::newRow(tag) << before << middle << behind << isNoted;

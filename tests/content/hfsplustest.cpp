@@ -189,7 +189,7 @@ void HfsPlusTest::bookkeeping()
                                  static_cast<std::uintmax_t>(size));
     QCOMPARE(makeImage(), QString());
     const HfsVolume hfs = volume();
-    QCOMPARE(hfs.header().first(2), QByteArray("H+"));
+    QCOMPARE(hfs.header().first(2), "H+"_ba);
     QCOMPARE(hfs.secondHeader(), hfs.header());
     const QByteArray bitmap = hfs.bitmap();
     for (qint64 i = 0; i < bitmap.size() * 8; ++i) {

@@ -176,9 +176,9 @@ void IsoImageTest::notAFolder()
 void IsoImageTest::unreadable_data()
 {
     QTest::addColumn<QByteArray>("name");
-    QTest::newRow("a file") << QByteArray("/folder/file");
-    QTest::newRow("a folder") << QByteArray("/folder");
-    QTest::newRow("the folder itself") << QByteArray("");
+    QTest::newRow("a file") << "/folder/file"_ba;
+    QTest::newRow("a folder") << "/folder"_ba;
+    QTest::newRow("the folder itself") << ""_ba;
 }
 
 void IsoImageTest::unreadable()
@@ -200,19 +200,17 @@ void IsoImageTest::volumeNames_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("primary");
     QTest::addColumn<QString>("joliet");
-    QTest::newRow("short") << u"Photos"_s << QByteArray("PHOTOS") << u"Photos"_s;
+    QTest::newRow("short") << u"Photos"_s << "PHOTOS"_ba << u"Photos"_s;
     QTest::newRow("longer than both fields")
         << u"My holiday photos of the year 2024, second part"_s
-        << QByteArray("MY_HOLIDAY_PHOTOS_OF_THE_YEAR_20") << u"My holiday photo"_s;
-    QTest::newRow("accents") << u"Größe übel"_s << QByteArray("GR__E__BEL") << u"Größe übel"_s;
+        << "MY_HOLIDAY_PHOTOS_OF_THE_YEAR_20"_ba << u"My holiday photo"_s;
+    QTest::newRow("accents") << u"Größe übel"_s << "GR__E__BEL"_ba << u"Größe übel"_s;
     QTest::newRow("an accent apart, where the field ends")
-        << u"123456789012345e\u0301x"_s << QByteArray("123456789012345_X")
-        << u"123456789012345\u00e9"_s;
+        << u"123456789012345e\u0301x"_s << "123456789012345_X"_ba << u"123456789012345\u00e9"_s;
     QTest::newRow("Chinese, longer than the field")
         << QString(20, u'\u4e2d') << QByteArray(20, '_') << QString(16, u'\u4e2d');
     QTest::newRow("a character of two units, where the field ends")
-        << u"123456789012345\U0001f600x"_s << QByteArray("123456789012345_X")
-        << u"123456789012345_"_s;
+        << u"123456789012345\U0001f600x"_s << "123456789012345_X"_ba << u"123456789012345_"_s;
     QTest::newRow("none") << QString() << QByteArray() << QString();
 }
 
@@ -224,9 +222,9 @@ void IsoImageTest::volumeNames()
     QCOMPARE(makeImage(name), QString());
     const QByteArray bytes = readFile(image());
     // The volume name is at byte 40 of a descriptor, and 32 bytes long.
-    QCOMPARE(bytes.mid(16 * block, 6), QByteArray("\1CD001"));
+    QCOMPARE(bytes.mid(16 * block, 6), "\1CD001"_ba);
     QCOMPARE(bytes.mid(16 * block + 40, 32).trimmed(), primary);
-    QCOMPARE(bytes.mid(17 * block, 6), QByteArray("\2CD001"));
+    QCOMPARE(bytes.mid(17 * block, 6), "\2CD001"_ba);
     QString found;
     for (int i = 0; i < 32; i += 2)
         found += QChar(qFromBigEndian<quint16>(bytes.constData() + 17 * block + 40 + i));
@@ -275,7 +273,7 @@ void IsoImageTest::fileOfTwoExtents()
                 continue;
             }
             QVERIFY(result.seek(first * block + mark));
-            QCOMPARE(result.read(3), QByteArray("mar"));
+            QCOMPARE(result.read(3), "mar"_ba);
             break;
         }
     }

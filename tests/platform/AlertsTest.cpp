@@ -9,8 +9,6 @@
 #include <QScreen>
 #include <QTimer>
 
-using namespace Qt::StringLiterals;
-
 class AlertsTest : public QObject
 {
     Q_OBJECT
@@ -24,10 +22,10 @@ void AlertsTest::textsOfOthers_data()
 {
     QTest::addColumn<QString>("text");
 
-    QTest::newRow("short") << u"Please try again."_s;
-    QTest::newRow("looks like HTML") << u"<b>bold</b> <a href='http://x'>x</a>"_s;
-    QTest::newRow("300 lines") << u"A line of some length.\n"_s.repeated(300);
-    QTest::newRow("one line of 64 Ki") << u"word "_s.repeated(13107);
+    QTest::newRow("short") << QStringLiteral("Please try again.");
+    QTest::newRow("looks like HTML") << QStringLiteral("<b>bold</b> <a href='http://x'>x</a>");
+    QTest::newRow("300 lines") << QStringLiteral("A line of some length.\n").repeated(300);
+    QTest::newRow("one line of 64 Ki") << QStringLiteral("word ").repeated(13107);
     QTest::newRow("one word") << QString(5000, u'x');
 }
 
@@ -44,13 +42,13 @@ void AlertsTest::textsOfOthers()
             box->button(QMessageBox::Ok)
                 ->geometry()
                 .translated(box->button(QMessageBox::Ok)->parentWidget()->pos())));
-        auto *label = box->findChild<QLabel *>(u"qt_msgbox_informativelabel"_s);
+        auto *label = box->findChild<QLabel *>(QStringLiteral("qt_msgbox_informativelabel"));
         QCOMPARE(label->textFormat(), Qt::PlainText);
         QCOMPARE(label->text(), text);
         seen = true;
         box->accept();
     });
-    MiscTool::showAlert(u"News"_s, text);
+    MiscTool::showAlert(QStringLiteral("News"), text);
     QVERIFY(seen);
 }
 

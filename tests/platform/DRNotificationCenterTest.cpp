@@ -5,12 +5,10 @@
 
 #include <thread>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-const QString name = u"Name"_s;
-const QString other = u"Other"_s;
+const QString name = QStringLiteral("Name");
+const QString other = QStringLiteral("Other");
 
 }
 
@@ -68,13 +66,13 @@ void DRNotificationCenterTest::orderFromOtherThreads()
         [&](const DRNotification &notification) {
             onMainThread = onMainThread && QThread::currentThread() == qApp->thread();
             seen[notification.object.toInt()].append(
-                notification.userInfo.value(u"number"_s).toInt());
+                notification.userInfo.value(QStringLiteral("number")).toInt());
         },
         name);
     {
         const auto postAll = [this](int thread) {
             for (int i = 0; i < count; ++i)
-                m_center->postNotification({name, thread, {{u"number"_s, i}}});
+                m_center->postNotification({name, thread, {{QStringLiteral("number"), i}}});
         };
         const std::jthread first(postAll, 0);
         const std::jthread second(postAll, 1);
@@ -91,25 +89,26 @@ void DRNotificationCenterTest::orderFromOtherThreads()
 void DRNotificationCenterTest::nameAndObject()
 {
     QObject observer;
-    observe(&observer, u"all"_s);
-    observe(&observer, u"two"_s, 2);
+    observe(&observer, QStringLiteral("all"));
+    observe(&observer, QStringLiteral("two"), 2);
     post(1);
     post(2);
     m_center->postNotification({other, 2, {}});
     deliver();
-    QCOMPARE(m_seen, (QStringList{u"all:1"_s, u"all:2"_s, u"two:2"_s}));
+    QCOMPARE(m_seen, (QStringList{QStringLiteral("all:1"), QStringLiteral("all:2"),
+                                  QStringLiteral("two:2")}));
 }
 
 void DRNotificationCenterTest::secondCallReplaces()
 {
     QObject observer;
     QObject second;
-    observe(&observer, u"old"_s, 1);
-    observe(&second, u"second"_s, 1);
-    observe(&observer, u"new"_s, 1);
+    observe(&observer, QStringLiteral("old"), 1);
+    observe(&second, QStringLiteral("second"), 1);
+    observe(&observer, QStringLiteral("new"), 1);
     post(1);
     deliver();
-    QCOMPARE(m_seen, (QStringList{u"second:1"_s, u"new:1"_s}));
+    QCOMPARE(m_seen, (QStringList{QStringLiteral("second:1"), QStringLiteral("new:1")}));
 }
 
 void DRNotificationCenterTest::deadObserver()
@@ -118,7 +117,7 @@ void DRNotificationCenterTest::deadObserver()
     auto second = std::make_unique<QObject>();
     m_center->addObserver(
         &first, [&second](const DRNotification &) { second.reset(); }, name);
-    observe(second.get(), u"second"_s);
+    observe(second.get(), QStringLiteral("second"));
     post();
     deliver(); // dies in the midst of the delivery
     post();
@@ -131,13 +130,13 @@ void DRNotificationCenterTest::removalOfOneAndOfAll()
     QObject observer;
     QObject second;
     for (const int object : {1, 2, 3})
-        observe(&observer, u"first"_s, object);
-    observe(&second, u"second"_s, 1);
+        observe(&observer, QStringLiteral("first"), object);
+    observe(&second, QStringLiteral("second"), 1);
     post(1);
     m_center->removeObserver(&observer, name, 1); // also what was posted before
     post(2);
     deliver();
-    QCOMPARE(m_seen, (QStringList{u"second:1"_s, u"first:2"_s}));
+    QCOMPARE(m_seen, (QStringList{QStringLiteral("second:1"), QStringLiteral("first:2")}));
 
     m_seen.clear();
     m_center->removeObserver(&observer, other);
@@ -146,7 +145,7 @@ void DRNotificationCenterTest::removalOfOneAndOfAll()
     m_center->removeObserver(&observer, name);
     post(3);
     deliver();
-    QCOMPARE(m_seen, QStringList{u"first:3"_s});
+    QCOMPARE(m_seen, QStringList{QStringLiteral("first:3")});
 }
 
 void DRNotificationCenterTest::changesDuringDelivery()
@@ -160,18 +159,18 @@ void DRNotificationCenterTest::changesDuringDelivery()
         [&](const DRNotification &) {
             m_center->removeObserver(&first, name);
             m_center->removeObserver(&removed, name);
-            observe(&replaced, u"new"_s);
-            observe(&added, u"added"_s);
+            observe(&replaced, QStringLiteral("new"));
+            observe(&added, QStringLiteral("added"));
         },
         name);
-    observe(&removed, u"removed"_s);
-    observe(&replaced, u"old"_s);
+    observe(&removed, QStringLiteral("removed"));
+    observe(&replaced, QStringLiteral("old"));
     post(1);
     deliver();
-    QCOMPARE(m_seen, QStringList{u"new:1"_s});
+    QCOMPARE(m_seen, QStringList{QStringLiteral("new:1")});
     post(2);
     deliver();
-    QCOMPARE(m_seen.mid(1), (QStringList{u"new:2"_s, u"added:2"_s}));
+    QCOMPARE(m_seen.mid(1), (QStringList{QStringLiteral("new:2"), QStringLiteral("added:2")}));
 }
 
 MAPLORN_TEST_MAIN(DRNotificationCenterTest)

@@ -3,8 +3,6 @@
 
 #include <QStringList>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 void waitUntilStopped(const std::stop_token &stop)
@@ -55,20 +53,20 @@ void JobThreadTest::stoppedBeforeItsTurn()
     QStringList seen;
     std::stop_source first = thread.post([&](const std::stop_token &stop) {
         waitUntilStopped(stop);
-        seen.append(u"first"_s);
+        seen.append(QStringLiteral("first"));
     });
     std::stop_source second = thread.post([&](const std::stop_token &stop) {
-        seen.append(stop.stop_requested() ? u"stopped"_s : u"not"_s);
+        seen.append(stop.stop_requested() ? QStringLiteral("stopped") : QStringLiteral("not"));
     });
     thread.post([&](const std::stop_token &stop) {
-        seen.append(stop.stop_requested() ? u"stopped"_s : u"third"_s);
-        thread.post([&](const std::stop_token &) { seen.append(u"end"_s); });
+        seen.append(stop.stop_requested() ? QStringLiteral("stopped") : QStringLiteral("third"));
+        thread.post([&](const std::stop_token &) { seen.append(QStringLiteral("end")); });
     });
     QVERIFY(second.request_stop());
     QVERIFY(first.request_stop());
     thread.shutDown();
-    QCOMPARE(seen.mid(0, 2), (QStringList{u"first"_s, u"stopped"_s}));
-    QCOMPARE(seen.last(), u"end"_s);
+    QCOMPARE(seen.mid(0, 2), (QStringList{QStringLiteral("first"), QStringLiteral("stopped")}));
+    QCOMPARE(seen.last(), QStringLiteral("end"));
 }
 
 void JobThreadTest::shutDownRunsWhatWaits()

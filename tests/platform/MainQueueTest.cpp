@@ -4,8 +4,6 @@
 #include <QEventLoop>
 #include <QTimer>
 
-using namespace Qt::StringLiterals;
-
 class MainQueueTest : public QObject
 {
     Q_OBJECT
@@ -21,18 +19,18 @@ void MainQueueTest::neverOneInsideAnother()
     QStringList log;
     const auto task = [&](const QString &name) {
         return [&log, name] {
-            log.append(name + u" begins"_s);
+            log.append(name + QStringLiteral(" begins"));
             QEventLoop loop; // as an alert does
             QTimer::singleShot(20, &loop, &QEventLoop::quit);
             loop.exec();
-            log.append(name + u" ends"_s);
+            log.append(name + QStringLiteral(" ends"));
         };
     };
-    MainQueue::async(this, task(u"1"_s));
-    MainQueue::async(this, task(u"2"_s));
+    MainQueue::async(this, task(QStringLiteral("1")));
+    MainQueue::async(this, task(QStringLiteral("2")));
     QVERIFY2(log.isEmpty(), "later, not at once");
     QTRY_COMPARE(log.size(), 4);
-    QCOMPARE(log.join(u' '), u"1 begins 1 ends 2 begins 2 ends"_s);
+    QCOMPARE(log.join(u' '), QStringLiteral("1 begins 1 ends 2 begins 2 ends"));
 }
 
 void MainQueueTest::dropsWhatHasNoContext()
@@ -62,7 +60,7 @@ void MainQueueTest::holdKeepsTheOrder()
         QVERIFY(log.isEmpty());
     }
     QTRY_COMPARE(log.size(), 3);
-    QCOMPARE(log.join(u' '), u"report 1 report 2 task"_s);
+    QCOMPARE(log.join(u' '), QStringLiteral("report 1 report 2 task"));
     MainQueue::deliver(this, append("at once"));
     QCOMPARE(log.size(), 4);
 }

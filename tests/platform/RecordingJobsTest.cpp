@@ -114,13 +114,13 @@ void RecordingJobsTest::failureHasReason()
 {
     QFETCH(const QString, fault);
     DRBurn burn = newBurn();
-    if (fault == QLatin1String("no recorder"))
+    if (fault == "no recorder"_L1)
         burn = DRBurn::initWithDevice(DRDevice());
-    if (fault == QLatin1String("recorder gone"))
+    if (fault == "recorder gone"_L1)
         m_drive->detach();
-    if (fault == QLatin1String("no medium"))
+    if (fault == "no medium"_L1)
         QVERIFY(m_drive->device().ejectMedia());
-    if (fault == QLatin1String("written medium")) {
+    if (fault == "written medium"_L1) {
         const DRBurn before = newBurn();
         const JobLog log(before);
         start(before);

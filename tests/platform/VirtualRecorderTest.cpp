@@ -158,7 +158,7 @@ void VirtualRecorderTest::writtenDiscIsKept()
     writeDisc("three");
     m_drive->insert(DRDeviceMediaTypeCDR); // in its place
     QCOMPARE(shelf().size(), 3);
-    QCOMPARE(fileContent(places.first() + u"/disc.iso"_s), QByteArray("one"));
+    QCOMPARE(fileContent(places.first() + u"/disc.iso"_s), "one"_ba);
     QVERIFY(device().mediaIsBlank());
 }
 
@@ -188,10 +188,10 @@ void VirtualRecorderTest::damagedMedium_data()
 {
     QTest::addColumn<QByteArray>("list");
     QTest::newRow("empty file") << QByteArray();
-    QTest::newRow("cut off") << QByteArray("<plist><dict><key>State</key><string>bla");
-    QTest::newRow("nothing in it") << QByteArray("<plist><dict></dict></plist>");
+    QTest::newRow("cut off") << "<plist><dict><key>State</key><string>bla"_ba;
+    QTest::newRow("nothing in it") << "<plist><dict></dict></plist>"_ba;
     QTest::newRow("of another program")
-        << QByteArray("<plist><dict><key>Type</key><string>Cassette</string></dict></plist>");
+        << "<plist><dict><key>Type</key><string>Cassette</string></dict></plist>"_ba;
 }
 
 void VirtualRecorderTest::damagedMedium()
@@ -206,7 +206,7 @@ void VirtualRecorderTest::damagedMedium()
     m_drive->insert(DRDeviceMediaTypeCDRW);
     QCOMPARE(shelf().size(), 1);
     QCOMPARE(fileContent(recorder().folder() + u"/ejected/"_s + shelf().first() + u"/disc.iso"_s),
-             QByteArray("precious"));
+             "precious"_ba);
 }
 
 void VirtualRecorderTest::openDiscIsAppendable()

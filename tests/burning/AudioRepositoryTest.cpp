@@ -193,7 +193,7 @@ void AudioRepositoryTest::firstOfTwoFilesOfANameIsKept()
     AlertRecorder alerts;
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"left out.*a\\.mp3"_s));
     save(page, alerts, u"Mine"_s);
-    QCOMPARE(fileContent(recordFile(u"Mine"_s, u"a.mp3"_s)), QByteArray("first"));
+    QCOMPARE(fileContent(recordFile(u"Mine"_s, u"a.mp3"_s)), "first"_ba);
 }
 
 void AudioRepositoryTest::savingLeavesTheSessionAlone()
@@ -257,7 +257,7 @@ void AudioRepositoryTest::textsKeepTheirShape()
     AlertRecorder alerts;
     save(page, alerts, u"Mine"_s);
     const QVariantMap disc{{DRCDTextTitleKey, u"Disc"_s},
-                           {DRCDTextTOCKey, QByteArray("中")},
+                           {DRCDTextTOCKey, "中"_ba},
                            {DRCDTextCopyrightAssertedForTitlesKey, true},
                            {DRCDTextCopyrightAssertedForNamesKey, false},
                            {DRCDTextCopyrightAssertedForSpecialMessagesKey, false},

@@ -19,12 +19,11 @@ constexpr std::array inputs{"devicesPopUp",   "mediaTypeButton",    "addButton",
                             "verifyCheckBox", "appendableCheckBox", "clearButton",
                             "exportButton",   "importButton",       "burnButton"};
 
-// Whether all controls that a burn switches off are on (1), off (0), or some (-1).
-int enabledInputs(const AudioPage &page)
+// Compares the state of every control that a burn switches off.
+void verifyInputs(const AudioPage &page, bool areEnabled)
 {
-    const auto count =
-        std::ranges::count_if(inputs, [&page](const char *name) { return page.isEnabled(name); });
-    return count == 0 ? 0 : count == std::ssize(inputs) ? 1 : -1;
+    for (const char *name : inputs)
+        QVERIFY2(page.isEnabled(name) == areEnabled, name);
 }
 
 }
@@ -120,7 +119,7 @@ void BurnAudioTest::refusedQuestionChangesNothing()
     QCOMPARE(page.names().size(), 1);
     QVERIFY(page.drive.device().mediaIsBlank());
     QVERIFY(!page.page->hasRunningJob());
-    QCOMPARE(enabledInputs(page), 1);
+    verifyInputs(page, true);
 }
 
 void BurnAudioTest::speedAndOptionsAreAskedFor_data()
@@ -141,7 +140,7 @@ void BurnAudioTest::speedAndOptionsAreAskedFor()
     QFETCH(const bool, isChecked);
     AudioPage page;
     const auto recorder = page.use<SteppedRecorder>();
-    page.add({page.track(u"a.wav"_s), page.track(u"b.wav"_s)});
+    page.add({page.track(u"a.wav"_s), page.track(u"b.wav"_s)}); // whereupon its speeds are shown
     page.pick("speedPopUp", choice);
     QCOMPARE(page.label("speedLabel"), unit);
     page.check("verifyCheckBox", isChecked);
@@ -167,9 +166,8 @@ void BurnAudioTest::textIsBurnedOnlyWhenItIsOn_data()
 void BurnAudioTest::textIsBurnedOnlyWhenItIsOn()
 {
     QFETCH(const bool, isOn);
-    AudioPage page;
+    AudioPage page{"a.wav"};
     const auto recorder = page.use<SteppedRecorder>();
-    page.add({page.track(u"a.wav"_s)});
     page.openEditor();
     page.writeTitles(u"Disc"_s, {u"Track"_s});
     page.check("cdtextEnabledCheckBox", isOn);
@@ -195,28 +193,27 @@ void BurnAudioTest::controlsWhileBurning_data()
 void BurnAudioTest::controlsWhileBurning()
 {
     QFETCH(const QString, end);
-    AudioPage page;
+    AudioPage page{"a.wav"};
     const auto recorder = page.use<SteppedRecorder>();
-    page.add({page.track(u"a.wav"_s)});
-    QCOMPARE(enabledInputs(page), 1);
+    verifyInputs(page, true);
     AlertRecorder alerts;
     page.startBurn(alerts);
-    QCOMPARE(enabledInputs(page), 0);
+    verifyInputs(page, false);
     QVERIFY(page.isVisible("stopButton"));
     QVERIFY(Session::isWorking());
     QVERIFY(recorder->isReserved());
     QTRY_VERIFY_WITH_TIMEOUT(recorder->hasBegun(), AudioPage::patience);
-    if (end == QLatin1StringView("aborted")) {
+    if (end == "aborted"_L1) {
         page.stopBurn(alerts);
         QVERIFY2(page.page->hasRunningJob(), "the burn has not ended yet");
     } else {
-        end == QLatin1StringView("done") ? recorder->end() : recorder->fail(end);
+        end == "done"_L1 ? recorder->end() : recorder->fail(end);
         page.waitForEnd();
     }
-    QCOMPARE(enabledInputs(page), 1);
+    verifyInputs(page, true);
     QVERIFY(!page.isVisible("stopButton"));
     QVERIFY(!Session::isWorking());
-    if (end == QLatin1StringView("aborted"))
+    if (end == "aborted"_L1)
         recorder->fail(end);
     page.waitForEnd();
     QVERIFY(!recorder->isReserved());
@@ -225,9 +222,8 @@ void BurnAudioTest::controlsWhileBurning()
 
 void BurnAudioTest::titlesOfTheStates()
 {
-    AudioPage page;
+    AudioPage page{"a.wav"};
     const auto recorder = page.use<SteppedRecorder>();
-    page.add({page.track(u"a.wav"_s)});
     AlertRecorder alerts;
     page.startBurn(alerts);
     QTRY_COMPARE_WITH_TIMEOUT(page.progressTitle(), u"Preparing"_s, AudioPage::patience);
@@ -292,7 +288,7 @@ void BurnAudioTest::lateEndLeavesTheNewerBurnAlone()
     slow->fail(u"ended late"_s);
     QTRY_VERIFY_WITH_TIMEOUT(!slow->isReserved(), AudioPage::patience);
     QCOMPARE(page.progressTitle(), u"Write"_s);
-    QCOMPARE(enabledInputs(page), 0);
+    verifyInputs(page, false);
     QVERIFY(page.isVisible("stopButton"));
     QVERIFY(Session::isWorking());
     QVERIFY(newer->isReserved());
@@ -308,13 +304,13 @@ void BurnAudioTest::heldRecorderStaysSilent()
     AlertRecorder alerts;
     page.startBurn(alerts);
     QCoreApplication::processEvents();
-    QCOMPARE(enabledInputs(page), 0);
+    verifyInputs(page, false);
     QVERIFY(page.isVisible("stopButton"));
     QVERIFY(!page.page->hasRunningJob());
     QVERIFY(page.drive.device().mediaIsBlank());
     QVERIFY(!page.drive.device().mediaIsReserved());
     page.stopBurn(alerts);
-    QCOMPARE(enabledInputs(page), 1);
+    verifyInputs(page, true);
 }
 
 void BurnAudioTest::discNamesItsTracksInTwoLanguages()

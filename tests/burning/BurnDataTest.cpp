@@ -43,9 +43,8 @@ private Q_SLOTS:
     void burnsFolderAndVerifies();
     void burnsImageAsItIs();
     void controlsWhileBurning();
-    void speedTextWhileWriting();
     void failureTellsItsReason();
-    void abortEnablesAtOnce();
+    void speedIsShownAndAbortEnablesAtOnce();
     void lateEndLeavesTheNewerBurnAlone();
     void refusedQuestionsChangeNothing();
     void clearSetsDone();
@@ -96,10 +95,10 @@ void BurnDataTest::selectChecksTheMedium()
     QFETCH(const QString, informativeText);
     DataPage page;
     AlertRecorder alerts;
-    if (state == QLatin1StringView("detached")) {
+    if (state == "detached"_L1) {
         page.drive.detach();
         QTRY_COMPARE(page.chosen("devicesPopUp"), noDevice);
-    } else if (state == QLatin1StringView("ejected")) {
+    } else if (state == "ejected"_L1) {
         QVERIFY(page.drive.device().ejectMedia());
         QTRY_VERIFY(!page.drive.device().mediaIsPresent());
     } else {
@@ -272,20 +271,6 @@ void BurnDataTest::controlsWhileBurning()
     }
 }
 
-void BurnDataTest::speedTextWhileWriting()
-{
-    DataPage page;
-    page.chooseImage(image(page, 1000 * blockSize));
-    page.chooseSlowest();
-    AlertRecorder alerts;
-    page.startBurn(alerts);
-    const auto *label = page.control<QLabel>("progressLabel");
-    QTRY_VERIFY(!label->text().isEmpty());
-    static const QRegularExpression form(u"^ \\[ \\d+X - \\d+(\\.\\d)? (Bytes|KB|MB)/S \\]$"_s);
-    QVERIFY2(form.match(label->text()).hasMatch(), qPrintable(label->text()));
-    page.waitForEnd();
-}
-
 void BurnDataTest::failureTellsItsReason()
 {
     DataPage page;
@@ -304,7 +289,7 @@ void BurnDataTest::failureTellsItsReason()
     QVERIFY(!page.drive.device().mediaIsReserved());
 }
 
-void BurnDataTest::abortEnablesAtOnce()
+void BurnDataTest::speedIsShownAndAbortEnablesAtOnce()
 {
     DataPage page;
     page.chooseImage(image(page, 1000 * blockSize));
@@ -312,6 +297,10 @@ void BurnDataTest::abortEnablesAtOnce()
     AlertRecorder alerts;
     page.startBurn(alerts);
     QTRY_COMPARE(page.progressTitle(), u"Write"_s);
+    const auto *label = page.control<QLabel>("progressLabel");
+    QTRY_VERIFY(!label->text().isEmpty());
+    static const QRegularExpression form(u"^ \\[ \\d+X - \\d+(\\.\\d)? (Bytes|KB|MB)/S \\]$"_s);
+    QVERIFY2(form.match(label->text()).hasMatch(), qPrintable(label->text()));
     page.stopBurn(alerts);
     QVERIFY(page.isEnabled("burnButton"));
     QVERIFY(!Session::isWorking());

@@ -127,15 +127,15 @@ void EraseTest::checksInOrder()
     QFETCH(const QString, message);
     QFETCH(const QString, help);
     const auto reader = std::make_shared<DescribedRecorder>(QVariantMap());
-    if (state == QLatin1StringView("ejected"))
+    if (state == "ejected"_L1)
         QVERIFY(m_drive->device().ejectMedia());
-    else if (state == QLatin1StringView("cd-r"))
+    else if (state == "cd-r"_L1)
         m_drive->insert(DRDeviceMediaTypeCDR);
     else
         m_drive->detach();
-    if (state == QLatin1StringView("reader"))
+    if (state == "reader"_L1)
         m_drive->service().attach(reader);
-    QTRY_COMPARE(m_drive->device().mediaIsPresent(), state != QLatin1StringView("ejected"));
+    QTRY_COMPARE(m_drive->device().mediaIsPresent(), state != "ejected"_L1);
     show();
     AlertRecorder alerts;
     alerts.expect(message, help);

@@ -62,10 +62,10 @@ void RepositoryTest::copiesEverything()
     writeFile(source + u"/.hidden/中文 é"_s, "text");
     QVERIFY(QDir().mkpath(source + u"/empty"_s));
     QVERIFY(QFile::link(u"/nowhere"_s, source + u"/link"_s));
-    QVERIFY(DataRepository::save(Kind::Folder, source + QLatin1Char('/'), {}));
+    QVERIFY(DataRepository::save(Kind::Folder, source + u'/', {}));
     const QString copy = DataRepository::pathOf(Kind::Folder, u"My Folder"_s);
     QCOMPARE(copy, MiscTool::getCachedPath() + u"/Repository/Data/Folder/My Folder"_s);
-    QCOMPARE(fileContent(copy + u"/.hidden/中文 é"_s), QByteArray("text"));
+    QCOMPARE(fileContent(copy + u"/.hidden/中文 é"_s), "text"_ba);
     QVERIFY(QDir(copy + u"/empty"_s).exists());
     QCOMPARE(QFileInfo(copy + u"/link"_s).symLinkTarget(), u"/nowhere"_s);
     QCOMPARE(QFileInfo(copy).lastModified(), QFileInfo(source).lastModified());
@@ -82,7 +82,7 @@ void RepositoryTest::newCopyReplacesTheOld()
     QVERIFY(DataRepository::save(Kind::Folder, source, {}));
     const QString copy = DataRepository::pathOf(Kind::Folder, u"folder"_s);
     QVERIFY(!QFile::exists(copy + u"/old"_s));
-    QCOMPARE(fileContent(copy + u"/new"_s), QByteArray("new"));
+    QCOMPARE(fileContent(copy + u"/new"_s), "new"_ba);
 }
 
 void RepositoryTest::failedCopyLosesNothing_data()
@@ -100,12 +100,12 @@ void RepositoryTest::failedCopyLosesNothing()
     QVERIFY(DataRepository::save(Kind::Image, source, {}));
     writeFile(source, "second");
     std::stop_source stop;
-    if (how == QLatin1StringView("gone"))
+    if (how == "gone"_L1)
         QVERIFY(QFile::remove(source));
     else
         stop.request_stop();
     QVERIFY(!DataRepository::save(Kind::Image, source, stop.get_token()));
-    QCOMPARE(fileContent(DataRepository::pathOf(Kind::Image, u"disc.iso"_s)), QByteArray("first"));
+    QCOMPARE(fileContent(DataRepository::pathOf(Kind::Image, u"disc.iso"_s)), "first"_ba);
 }
 
 void RepositoryTest::copyOntoItselfChangesNothing()
@@ -113,7 +113,7 @@ void RepositoryTest::copyOntoItselfChangesNothing()
     const QString copy = DataRepository::pathOf(Kind::Folder, u"kept"_s);
     writeFile(copy + u"/file"_s, "content");
     QVERIFY(DataRepository::save(Kind::Folder, copy, {}));
-    QCOMPARE(fileContent(copy + u"/file"_s), QByteArray("content"));
+    QCOMPARE(fileContent(copy + u"/file"_s), "content"_ba);
 }
 
 void RepositoryTest::repositoryIsNotCopiedIntoItself()
@@ -122,7 +122,7 @@ void RepositoryTest::repositoryIsNotCopiedIntoItself()
     writeFile(documents + u"/letter"_s, "text");
     QVERIFY(DataRepository::save(Kind::Folder, documents, {}));
     const QString copy = DataRepository::pathOf(Kind::Folder, QFileInfo(documents).fileName());
-    QCOMPARE(fileContent(copy + u"/letter"_s), QByteArray("text"));
+    QCOMPARE(fileContent(copy + u"/letter"_s), "text"_ba);
     QVERIFY(!QFile::exists(copy + u"/Repository"_s));
 }
 

@@ -72,13 +72,10 @@ void MpegAudioTest::compare(const QByteArray &bytes, const QString &like) const
 void MpegAudioTest::streamWithoutNote()
 {
     const QString file = m_files.make(u"a.mp3"_s, u"-q:a 5 -write_xing 0 -id3v2_version 0"_s);
-    const QByteArray found = SoundFiles::decode(file);
-    const QByteArray expected = SoundFiles::reference(file);
-    QVERIFY(found.startsWith(expected));
-    QVERIFY(SoundFiles::isSilent(QByteArrayView(found).sliced(expected.size())));
+    compare(SoundFiles::read(file), file);
     // Estimated from the first frame's bit rate it would be far off.
-    const Result<double> duration = AudioFile::duration(file);
-    QCOMPARE(duration.value(), static_cast<double>(expected.size()) / (4 * 44'100));
+    QCOMPARE(AudioFile::duration(file).value(),
+             static_cast<double>(SoundFiles::reference(file).size()) / (4 * 44'100));
 }
 
 void MpegAudioTest::cutOutOfLongerStream()

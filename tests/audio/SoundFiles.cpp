@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QTest>
 
 namespace {
 
@@ -99,6 +100,27 @@ QByteArray SoundFiles::decode(const QString &path, QString *error)
             return all;
         all.append(piece.constData(), got.value());
     }
+}
+
+QByteArray SoundFiles::decode(const QString &path)
+{
+    QString error;
+    QByteArray all = decode(path, &error);
+    if (!error.isEmpty())
+        QTest::qFail(qPrintable(error), __FILE__, __LINE__);
+    return all;
+}
+
+QString SoundFiles::refusal(const QString &path)
+{
+    QString error;
+    (void)decode(path, &error);
+    return error;
+}
+
+bool SoundFiles::isSilent(QByteArrayView bytes)
+{
+    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return byte == 0; });
 }
 
 bool SoundFiles::isLength(double seconds, qint64 blocks)

@@ -33,6 +33,10 @@ public:
 
     // What we make of it; the error goes to the second one, and is empty without one.
     [[nodiscard]] static QByteArray decode(const QString &path, QString *error);
+    [[nodiscard]] static QByteArray decode(const QString &path); // an error fails the test
+    [[nodiscard]] static QString refusal(const QString &path);   // the error alone
+
+    [[nodiscard]] static bool isSilent(QByteArrayView bytes);
 
     // Whether a playing time in seconds is that of so many sectors, the last one begun counted.
     [[nodiscard]] static bool isLength(double seconds, qint64 blocks);

@@ -10,14 +10,7 @@
 #include <thread>
 #include <vector>
 
-namespace {
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
-
-}
+using namespace Qt::StringLiterals;
 
 class AudioDurationsTest : public QObject
 {
@@ -37,8 +30,8 @@ void AudioDurationsTest::wholeSeconds_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("arguments");
-    const auto row = [](const char *tag, const char *name, const char *arguments) {
-        QTest::newRow(tag) << text(name) << text(arguments);
+    const auto row = [](const char *tag, const QString &name, const QString &arguments) {
+        QTest::newRow(tag) << name << arguments;
     };
     row("wav", "a.wav", "");
     row("aiff", "a.aiff", "");
@@ -56,30 +49,30 @@ void AudioDurationsTest::wholeSeconds()
     QFETCH(QString, name);
     QFETCH(QString, arguments);
     const QString file = m_files.generate(
-        name, text("-f lavfi -i aevalsrc=0.3*sin(2000*t):s=44100 -t 59.9 %1").arg(arguments));
+        name, u"-f lavfi -i aevalsrc=0.3*sin(2000*t):s=44100 -t 59.9 %1"_s.arg(arguments));
     QCOMPARE(AudioDurations::seconds(file), 59);
     QCOMPARE(MiscTool::getAudioFileDuration(QUrl::fromLocalFile(file)), 59);
 }
 
 void AudioDurationsTest::changedFileIsMeasuredAgain()
 {
-    const QString file = m_files.make(text("changing.wav"), {});
+    const QString file = m_files.make(u"changing.wav"_s, {});
     QCOMPARE(AudioDurations::seconds(file), 3);
-    m_files.make(text("changing.wav"), text("-t 2"));
+    m_files.make(u"changing.wav"_s, u"-t 2"_s);
     QCOMPARE(AudioDurations::seconds(file), 2);
     QVERIFY(QFile::remove(file));
     QCOMPARE(AudioDurations::seconds(file), 0);
-    m_files.write(text("changing.wav"), "no sound");
+    m_files.write(u"changing.wav"_s, "no sound");
     QCOMPARE(AudioDurations::seconds(file), 0);
-    m_files.make(text("changing.wav"), {});
+    m_files.make(u"changing.wav"_s, {});
     QCOMPARE(AudioDurations::seconds(file), 3);
-    QCOMPARE(MiscTool::getAudioFileDuration(QUrl(text("http://localhost/a.wav"))), 0);
+    QCOMPARE(MiscTool::getAudioFileDuration(QUrl(u"http://localhost/a.wav"_s)), 0);
     QCOMPARE(MiscTool::getAudioFileDuration({}), 0);
 }
 
 void AudioDurationsTest::remembered()
 {
-    const QString file = m_files.make(text("remembered.mp3"), {});
+    const QString file = m_files.make(u"remembered.mp3"_s, {});
     QCOMPARE(AudioDurations::seconds(file), 3);
     QElapsedTimer timer;
     timer.start();
@@ -92,7 +85,7 @@ void AudioDurationsTest::severalThreads()
 {
     QStringList paths;
     for (int i = 1; i < 6; ++i)
-        paths.append(m_files.make(text("%1.m4a").arg(i), text("-t 1.5")));
+        paths.append(m_files.make(u"%1.m4a"_s.arg(i), u"-t 1.5"_s));
     std::vector<int> sums(8, 0);
     {
         std::vector<std::jthread> threads;

@@ -10,16 +10,13 @@
 
 #include <stop_token>
 
-namespace {
+using namespace Qt::StringLiterals;
 
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
+namespace {
 
 QString cancelled()
 {
-    return text("The job was cancelled.");
+    return u"The job was cancelled."_s;
 }
 
 constexpr int patience = 2000; // milliseconds
@@ -68,10 +65,9 @@ void PcmReaderTest::order()
     QList<AudioSource> sources;
     QList<QByteArray> expected;
     for (int i = 1; i <= 9; ++i) {
-        const QString file = m_files.make(text("%1.wav").arg(i), text("-ss 0.%1").arg(i));
+        const QString file = m_files.make(u"%1.wav"_s.arg(i), u"-ss 0.%1"_s.arg(i));
         sources.append(source(file));
-        QString error;
-        expected.append(SoundFiles::decode(file, &error));
+        expected.append(SoundFiles::decode(file));
     }
     PcmReader reader(sources, {});
     for (const QByteArray &wanted : expected) {
@@ -100,7 +96,7 @@ void PcmReaderTest::none()
 void PcmReaderTest::memory()
 {
     // The second and third fill up what they may before the first is read at all.
-    const AudioSource longest = longSource(text("long.wav"));
+    const AudioSource longest = longSource(u"long.wav"_s);
     PcmReader reader({longest, longest, longest}, {});
     QTRY_VERIFY_WITH_TIMEOUT(reader.buffered() > PcmReader::mostBuffered / 2, 10'000);
     QTest::qWait(200);
@@ -119,7 +115,7 @@ void PcmReaderTest::memory()
 
 void PcmReaderTest::failureInItsTurn()
 {
-    const QString vanishing = m_files.make(text("vanishing.wav"), {});
+    const QString vanishing = m_files.make(u"vanishing.wav"_s, {});
     const AudioSource good = source(m_files.original());
     const QList<AudioSource> sources = {good, good, source(vanishing), good};
     QVERIFY(QFile::remove(vanishing));
@@ -132,14 +128,14 @@ void PcmReaderTest::failureInItsTurn()
         ends += piece && piece.value().isEmpty() ? 1 : 0;
     }
     QCOMPARE(ends, 2);
-    QVERIFY2(error.startsWith(vanishing + text(": ")), qPrintable(error));
+    QVERIFY2(error.startsWith(vanishing + u": "_s), qPrintable(error));
     QCOMPARE(reader.next().error(), error);
 }
 
 void PcmReaderTest::stop()
 {
     std::stop_source stopping;
-    const AudioSource longest = longSource(text("long.wav"));
+    const AudioSource longest = longSource(u"long.wav"_s);
     QElapsedTimer timer;
     {
         PcmReader reader({longest, longest, longest}, stopping.get_token());
@@ -162,7 +158,7 @@ void PcmReaderTest::stopBefore()
 
 void PcmReaderTest::destruction()
 {
-    const AudioSource longest = longSource(text("long.wav"));
+    const AudioSource longest = longSource(u"long.wav"_s);
     QElapsedTimer timer;
     timer.start();
     for (int i = 0; i < 20; ++i) {

@@ -1,47 +1,26 @@
-// The audio page in a window, with a drive of either kind, driven by its controls. Main thread.
+// The audio page as a person uses it. Main thread.
 #pragma once
 
-#include "AlertRecorder.h"
 #include "BurnAudioViewController.h"
+#include "BurnPage.h"
 #include "CDTextLanguageLists.h"
 #include "CDTextPanel.h"
-#include "RealDrive.h"
-#include "Recorder.h"
 #include "WavTracks.h"
 
-#include <QAbstractButton>
-#include <QComboBox>
-#include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QInputMethodEvent>
-#include <QLineEdit>
-#include <QPushButton>
 #include <QTableView>
-#include <QTest>
 
-class AudioPage
+class AudioPage : public BurnPage<BurnAudioViewController>
 {
 public:
-    static constexpr int patience = 30000; // ms; only what never ends takes so long
-
-    AudioPage()
+    // With silent files of a second each, that have these names, as its tracks.
+    explicit AudioPage(std::initializer_list<const char *> tracks = {})
     {
-        page.reset(BurnAudioViewController::getViewController());
-        page->show();
-        QVERIFY(QTest::qWaitForWindowExposed(page.get()));
-    }
-
-    template <typename Control>
-    [[nodiscard]] Control *control(const char *name) const
-    {
-        auto *found = page->findChild<Control *>(QLatin1StringView(name));
-        Q_ASSERT(found);
-        return found;
-    }
-
-    void click(const char *name) const
-    {
-        QTest::mouseClick(control<QWidget>(name), Qt::LeftButton);
+        QStringList paths;
+        for (const char *name : tracks)
+            paths.append(track(QString::fromLatin1(name)));
+        if (!paths.isEmpty())
+            add(paths);
     }
 
     // Chooses an item as a person does.
@@ -71,11 +50,6 @@ public:
     [[nodiscard]] QStringList items(const char *popUp) const
     {
         return CDTextLanguageLists::titles(control<QComboBox>(popUp));
-    }
-
-    [[nodiscard]] QString shown(const char *field) const
-    {
-        return control<QLineEdit>(field)->text();
     }
 
     // What is kept of the disc (0) or of a track (from 1).
@@ -125,14 +99,6 @@ public:
     }
     [[nodiscard]] QStringList names() const { return column(1); }
 
-    // Has that recorder in place of the virtual one.
-    void use(const std::shared_ptr<Recorder> &recorder)
-    {
-        drive.detach();
-        drive.service().attach(recorder);
-        QTRY_COMPARE(control<QComboBox>("devicesPopUp")->currentText(), recorder->displayName());
-    }
-
     [[nodiscard]] CDTextPanel *editor() const { return page->findChild<CDTextPanel *>(); }
 
     // Opens the editor by its button and switches CD-Text on.
@@ -140,7 +106,7 @@ public:
     {
         click("cdtextButton");
         QVERIFY(editor()->isVisible());
-        control<QAbstractButton>("cdtextEnabledCheckBox")->setChecked(true);
+        check("cdtextEnabledCheckBox");
     }
 
     // Titles of the disc and of its tracks, in the language that is chosen.
@@ -160,37 +126,4 @@ public:
         pick("availableLanguagePopUp", name);
         click("addLanguageButton");
     }
-
-    void clear(AlertRecorder &alerts) const
-    {
-        alerts.expect(QStringLiteral("Are you sure to clear?"),
-                      QStringLiteral("Clear the burning information"));
-        click("clearButton");
-        QTRY_VERIFY_WITH_TIMEOUT(alerts.isDone(), patience);
-    }
-
-    void startBurn(AlertRecorder &alerts) const
-    {
-        alerts.expect(QStringLiteral("Are you sure to burn?"),
-                      QStringLiteral("Burn the data on the disc"));
-        click("burnButton");
-        QTRY_VERIFY_WITH_TIMEOUT(alerts.isDone(), patience);
-    }
-
-    void stopBurn(AlertRecorder &alerts) const
-    {
-        alerts.expect(QStringLiteral("Are you sure to abort the burning?"),
-                      QStringLiteral("The abort will leave the data incomplete on the disc"));
-        click("stopButton");
-        QTRY_VERIFY_WITH_TIMEOUT(alerts.isDone(), patience);
-    }
-
-    void waitForEnd() const { QTRY_VERIFY_WITH_TIMEOUT(!page->hasRunningJob(), 2 * patience); }
-
-private:
-    std::unique_ptr<TestDrive> m_drive = makeTestDrive();
-
-public:
-    TestDrive &drive = *m_drive;
-    std::unique_ptr<BurnAudioViewController> page;
 };

@@ -8,9 +8,9 @@
 #include "WindowTestMain.h"
 
 #include <QCheckBox>
-#include <QGroupBox>
-#include <QLabel>
 #include <QProgressBar>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -19,17 +19,11 @@ constexpr std::array inputs{"devicesPopUp",   "mediaTypeButton",    "addButton",
                             "verifyCheckBox", "appendableCheckBox", "clearButton",
                             "exportButton",   "importButton",       "burnButton"};
 
-// Whether all controls that a burn switches off are on (1), off (0), or some (-1).
-int enabledInputs(const AudioPage &page)
+// Compares the state of every control that a burn switches off.
+void verifyInputs(const AudioPage &page, bool areEnabled)
 {
-    const auto count = std::ranges::count_if(
-        inputs, [&page](const char *name) { return page.control<QWidget>(name)->isEnabled(); });
-    return count == 0 ? 0 : count == std::ssize(inputs) ? 1 : -1;
-}
-
-QString title(const AudioPage &page)
-{
-    return page.control<QGroupBox>("progressBox")->title();
+    for (const char *name : inputs)
+        QVERIFY2(page.isEnabled(name) == areEnabled, name);
 }
 
 }
@@ -69,25 +63,25 @@ void BurnAudioTest::burnChecksInOrder_data()
     const QVariantMap written = SteppedRecorder::medium(DRDeviceMediaClassCD, false);
     const QVariantMap blank = SteppedRecorder::medium(DRDeviceMediaClassCD, true, 75);
     QTest::newRow("recorder gone, before it is no writer")
-        << empty << false << false << false << "No recorder is attached."
-        << "Please connect a burning device.";
+        << empty << false << false << false << u"No recorder is attached."_s
+        << u"Please connect a burning device."_s;
     QTest::newRow("a reader, before its missing medium")
-        << empty << true << false << false << "The device has no capability of write."
-        << "Please change a device that have capability of write.";
+        << empty << true << false << false << u"The device has no capability of write."_s
+        << u"Please change a device that have capability of write."_s;
     QTest::newRow("no medium, with the text of this check alone")
-        << empty << true << true << false << "The media is not present."
-        << "Please insert blank media.";
+        << empty << true << true << false << u"The media is not present."_s
+        << u"Please insert blank media."_s;
     QTest::newRow("written medium, before the missing tracks")
-        << written << true << true << false << "The media is not blank."
-        << "Please insert blank media.";
+        << written << true << true << false << u"The media is not blank."_s
+        << u"Please insert blank media."_s;
     QTest::newRow("written medium, before the tracks that are too long")
-        << written << true << true << true << "The media is not blank."
-        << "Please insert blank media.";
-    QTest::newRow("no tracks") << blank << true << true << false << "Tracks cannot be null"
-                               << "Please select one or more tracks";
+        << written << true << true << true << u"The media is not blank."_s
+        << u"Please insert blank media."_s;
+    QTest::newRow("no tracks") << blank << true << true << false << u"Tracks cannot be null"_s
+                               << u"Please select one or more tracks"_s;
     QTest::newRow("tracks too long")
-        << blank << true << true << true << "Tracks duration is more than disc duration"
-        << "Please remove some tracks";
+        << blank << true << true << true << u"Tracks duration is more than disc duration"_s
+        << u"Please remove some tracks"_s;
 }
 
 void BurnAudioTest::burnChecksInOrder()
@@ -100,12 +94,11 @@ void BurnAudioTest::burnChecksInOrder()
     QFETCH(const QString, informativeText);
     AudioPage page;
     const QVariantMap capabilities{{DRDeviceCanWriteDVDKey, writes}};
-    const auto recorder = std::make_shared<DescribedRecorder>(
-        SteppedRecorder::medium(DRDeviceMediaClassCD, true, 75),
-        QVariantMap{{DRDeviceWriteCapabilitiesKey, capabilities}});
-    page.use(recorder);
+    const auto recorder =
+        page.use<DescribedRecorder>(SteppedRecorder::medium(DRDeviceMediaClassCD, true, 75),
+                                    QVariantMap{{DRDeviceWriteCapabilitiesKey, capabilities}});
     if (hasTooLongTracks)
-        page.add({page.track(QStringLiteral("a.wav"), 2)});
+        page.add({page.track(u"a.wav"_s, 2)});
     recorder->setStatus(status);
     recorder->setAttached(isAttached);
     AlertRecorder alerts;
@@ -118,22 +111,15 @@ void BurnAudioTest::burnChecksInOrder()
 
 void BurnAudioTest::refusedQuestionChangesNothing()
 {
-    AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    AudioPage page{"a.wav"};
     AlertRecorder alerts;
-    alerts.expect(QStringLiteral("Are you sure to burn?"),
-                  QStringLiteral("Burn the data on the disc"), QMessageBox::Cancel);
-    page.click("burnButton");
-    QTRY_VERIFY(alerts.isDone());
+    page.startBurn(alerts, QMessageBox::Cancel);
     QCOMPARE(alerts.seen().first().buttons, (QList{QMessageBox::Ok, QMessageBox::Cancel}));
-    alerts.expect(QStringLiteral("Are you sure to clear?"),
-                  QStringLiteral("Clear the burning information"), QMessageBox::Cancel);
-    page.click("clearButton");
-    QTRY_VERIFY(alerts.isDone());
+    page.clear(alerts, QMessageBox::Cancel);
     QCOMPARE(page.names().size(), 1);
     QVERIFY(page.drive.device().mediaIsBlank());
     QVERIFY(!page.page->hasRunningJob());
-    QCOMPARE(enabledInputs(page), 1);
+    verifyInputs(page, true);
 }
 
 void BurnAudioTest::speedAndOptionsAreAskedFor_data()
@@ -142,9 +128,8 @@ void BurnAudioTest::speedAndOptionsAreAskedFor_data()
     QTest::addColumn<QString>("unit");
     QTest::addColumn<float>("speed");
     QTest::addColumn<bool>("isChecked");
-    QTest::newRow("AUTO asks for no speed") << "AUTO" << QString() << 0.0F << false;
-    QTest::newRow("the speed itself, no multiple") << "1411.2"
-                                                   << "K/S" << 1411.2F << true;
+    QTest::newRow("AUTO asks for no speed") << u"AUTO"_s << QString() << 0.0F << false;
+    QTest::newRow("the speed itself, no multiple") << u"1411.2"_s << u"K/S"_s << 1411.2F << true;
 }
 
 void BurnAudioTest::speedAndOptionsAreAskedFor()
@@ -154,13 +139,12 @@ void BurnAudioTest::speedAndOptionsAreAskedFor()
     QFETCH(const float, speed);
     QFETCH(const bool, isChecked);
     AudioPage page;
-    const auto recorder = std::make_shared<SteppedRecorder>();
-    page.use(recorder);
-    page.add({page.track(QStringLiteral("a.wav")), page.track(QStringLiteral("b.wav"))});
+    const auto recorder = page.use<SteppedRecorder>();
+    page.add({page.track(u"a.wav"_s), page.track(u"b.wav"_s)}); // whereupon its speeds are shown
     page.pick("speedPopUp", choice);
-    QCOMPARE(page.control<QLabel>("speedLabel")->text(), unit);
-    page.control<QCheckBox>("verifyCheckBox")->setChecked(isChecked);
-    page.control<QCheckBox>("appendableCheckBox")->setChecked(!isChecked);
+    QCOMPARE(page.label("speedLabel"), unit);
+    page.check("verifyCheckBox", isChecked);
+    page.check("appendableCheckBox", !isChecked);
     AlertRecorder alerts;
     page.startBurn(alerts);
     recorder->end();
@@ -182,13 +166,11 @@ void BurnAudioTest::textIsBurnedOnlyWhenItIsOn_data()
 void BurnAudioTest::textIsBurnedOnlyWhenItIsOn()
 {
     QFETCH(const bool, isOn);
-    AudioPage page;
-    const auto recorder = std::make_shared<SteppedRecorder>();
-    page.use(recorder);
-    page.add({page.track(QStringLiteral("a.wav"))});
+    AudioPage page{"a.wav"};
+    const auto recorder = page.use<SteppedRecorder>();
     page.openEditor();
-    page.writeTitles(QStringLiteral("Disc"), {QStringLiteral("Track")});
-    page.control<QCheckBox>("cdtextEnabledCheckBox")->setChecked(isOn);
+    page.writeTitles(u"Disc"_s, {u"Track"_s});
+    page.check("cdtextEnabledCheckBox", isOn);
     page.click("saveButton");
     AlertRecorder alerts;
     page.startBurn(alerts);
@@ -197,44 +179,41 @@ void BurnAudioTest::textIsBurnedOnlyWhenItIsOn()
     const QList<DRCDTextBlock> blocks = recorder->request().cdText;
     QCOMPARE(blocks.size(), isOn ? 1 : 0);
     if (isOn)
-        QCOMPARE(blocks.first().trackDictionaries(),
-                 page.editor()->store().list(QStringLiteral("Default")));
+        QCOMPARE(blocks.first().trackDictionaries(), page.editor()->store().list(u"Default"_s));
 }
 
 void BurnAudioTest::controlsWhileBurning_data()
 {
     QTest::addColumn<QString>("end");
-    QTest::newRow("until it is done") << "done";
-    QTest::newRow("until it fails") << "failed";
-    QTest::newRow("until it is aborted, and not until that has its effect") << "aborted";
+    QTest::newRow("until it is done") << u"done"_s;
+    QTest::newRow("until it fails") << u"failed"_s;
+    QTest::newRow("until it is aborted, and not until that has its effect") << u"aborted"_s;
 }
 
 void BurnAudioTest::controlsWhileBurning()
 {
     QFETCH(const QString, end);
-    AudioPage page;
-    const auto recorder = std::make_shared<SteppedRecorder>();
-    page.use(recorder);
-    page.add({page.track(QStringLiteral("a.wav"))});
-    QCOMPARE(enabledInputs(page), 1);
+    AudioPage page{"a.wav"};
+    const auto recorder = page.use<SteppedRecorder>();
+    verifyInputs(page, true);
     AlertRecorder alerts;
     page.startBurn(alerts);
-    QCOMPARE(enabledInputs(page), 0);
-    QVERIFY(page.control<QWidget>("stopButton")->isVisible());
+    verifyInputs(page, false);
+    QVERIFY(page.isVisible("stopButton"));
     QVERIFY(Session::isWorking());
     QVERIFY(recorder->isReserved());
     QTRY_VERIFY_WITH_TIMEOUT(recorder->hasBegun(), AudioPage::patience);
-    if (end == QLatin1StringView("aborted")) {
+    if (end == "aborted"_L1) {
         page.stopBurn(alerts);
         QVERIFY2(page.page->hasRunningJob(), "the burn has not ended yet");
     } else {
-        end == QLatin1StringView("done") ? recorder->end() : recorder->fail(end);
+        end == "done"_L1 ? recorder->end() : recorder->fail(end);
         page.waitForEnd();
     }
-    QCOMPARE(enabledInputs(page), 1);
-    QVERIFY(!page.control<QWidget>("stopButton")->isVisible());
+    verifyInputs(page, true);
+    QVERIFY(!page.isVisible("stopButton"));
     QVERIFY(!Session::isWorking());
-    if (end == QLatin1StringView("aborted"))
+    if (end == "aborted"_L1)
         recorder->fail(end);
     page.waitForEnd();
     QVERIFY(!recorder->isReserved());
@@ -243,13 +222,11 @@ void BurnAudioTest::controlsWhileBurning()
 
 void BurnAudioTest::titlesOfTheStates()
 {
-    AudioPage page;
-    const auto recorder = std::make_shared<SteppedRecorder>();
-    page.use(recorder);
-    page.add({page.track(QStringLiteral("a.wav"))});
+    AudioPage page{"a.wav"};
+    const auto recorder = page.use<SteppedRecorder>();
     AlertRecorder alerts;
     page.startBurn(alerts);
-    QTRY_COMPARE_WITH_TIMEOUT(title(page), QStringLiteral("Preparing"), AudioPage::patience);
+    QTRY_COMPARE_WITH_TIMEOUT(page.progressTitle(), u"Preparing"_s, AudioPage::patience);
     const auto *bar = page.control<QProgressBar>("progressIndicator");
     const std::initializer_list<std::pair<QLatin1StringView, const char *>> states{
         {DRStatusStateErasing, "Erasing"},
@@ -262,31 +239,31 @@ void BurnAudioTest::titlesOfTheStates()
         {DRStatusStateVerifying, "Verifying"}};
     for (const auto &[state, shown] : states) {
         recorder->enter(state);
-        QTRY_COMPARE_WITH_TIMEOUT(title(page), QLatin1StringView(shown), AudioPage::patience);
+        QTRY_COMPARE_WITH_TIMEOUT(page.progressTitle(), QLatin1StringView(shown),
+                                  AudioPage::patience);
         QVERIFY(bar->value() < bar->maximum());
     }
     recorder->enter(DRStatusStateFinishing);
-    QTRY_COMPARE_WITH_TIMEOUT(title(page), QStringLiteral("Finishing"), AudioPage::patience);
+    QTRY_COMPARE_WITH_TIMEOUT(page.progressTitle(), u"Finishing"_s, AudioPage::patience);
     QCOMPARE(bar->value(), 100);
     recorder->end();
     page.waitForEnd();
-    QCOMPARE(title(page), QStringLiteral("Finishing"));
+    QCOMPARE(page.progressTitle(), u"Finishing"_s);
     QCOMPARE(bar->value(), 100);
 }
 
 void BurnAudioTest::failureTellsItsReason()
 {
     AudioPage page;
-    page.add({page.drive.storeSource(QStringLiteral("nonsense.mp3"), "no sound")});
-    page.control<QLabel>("progressLabel")->setText(QStringLiteral("of an earlier burn"));
+    page.add({page.drive.storeSource(u"nonsense.mp3"_s, "no sound")});
+    page.control<QLabel>("progressLabel")->setText(u"of an earlier burn"_s);
     AlertRecorder alerts;
     page.startBurn(alerts);
     page.waitForEnd();
-    QCOMPARE(title(page), QStringLiteral("Failed"));
-    QVERIFY(
-        page.control<QGroupBox>("progressBox")->toolTip().contains(QStringLiteral("nonsense.mp3")));
+    QCOMPARE(page.progressTitle(), u"Failed"_s);
+    QVERIFY(page.control<QGroupBox>("progressBox")->toolTip().contains(u"nonsense.mp3"_s));
     QCOMPARE(page.control<QProgressBar>("progressIndicator")->value(), 0);
-    QCOMPARE(page.control<QLabel>("progressLabel")->text(), QString());
+    QCOMPARE(page.label("progressLabel"), QString());
     QVERIFY2(page.drive.device().mediaIsBlank(), "nothing was written");
     QVERIFY(!page.drive.device().mediaIsReserved());
 }
@@ -294,13 +271,12 @@ void BurnAudioTest::failureTellsItsReason()
 void BurnAudioTest::lateEndLeavesTheNewerBurnAlone()
 {
     AudioPage page;
-    const auto slow = std::make_shared<SteppedRecorder>();
+    const auto slow = page.use<SteppedRecorder>();
     const auto newer = std::make_shared<SteppedRecorder>();
-    page.use(slow);
     page.drive.service().attach(newer);
     auto *devices = page.control<QComboBox>("devicesPopUp");
     QTRY_COMPARE(devices->count(), 2);
-    page.add({page.track(QStringLiteral("a.wav"))});
+    page.add({page.track(u"a.wav"_s)});
     AlertRecorder alerts;
     page.startBurn(alerts);
     QTRY_VERIFY_WITH_TIMEOUT(slow->hasBegun(), AudioPage::patience);
@@ -308,12 +284,12 @@ void BurnAudioTest::lateEndLeavesTheNewerBurnAlone()
     devices->setCurrentIndex(1);
     page.startBurn(alerts);
     newer->enter(DRStatusStateTrackWrite);
-    QTRY_COMPARE_WITH_TIMEOUT(title(page), QStringLiteral("Write"), AudioPage::patience);
-    slow->fail(QStringLiteral("ended late"));
+    QTRY_COMPARE_WITH_TIMEOUT(page.progressTitle(), u"Write"_s, AudioPage::patience);
+    slow->fail(u"ended late"_s);
     QTRY_VERIFY_WITH_TIMEOUT(!slow->isReserved(), AudioPage::patience);
-    QCOMPARE(title(page), QStringLiteral("Write"));
-    QCOMPARE(enabledInputs(page), 0);
-    QVERIFY(page.control<QWidget>("stopButton")->isVisible());
+    QCOMPARE(page.progressTitle(), u"Write"_s);
+    verifyInputs(page, false);
+    QVERIFY(page.isVisible("stopButton"));
     QVERIFY(Session::isWorking());
     QVERIFY(newer->isReserved());
     newer->end();
@@ -323,35 +299,34 @@ void BurnAudioTest::lateEndLeavesTheNewerBurnAlone()
 
 void BurnAudioTest::heldRecorderStaysSilent()
 {
-    AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    AudioPage page{"a.wav"};
     page.drive.holdElsewhere(true);
     AlertRecorder alerts;
     page.startBurn(alerts);
     QCoreApplication::processEvents();
-    QCOMPARE(enabledInputs(page), 0);
-    QVERIFY(page.control<QWidget>("stopButton")->isVisible());
+    verifyInputs(page, false);
+    QVERIFY(page.isVisible("stopButton"));
     QVERIFY(!page.page->hasRunningJob());
     QVERIFY(page.drive.device().mediaIsBlank());
     QVERIFY(!page.drive.device().mediaIsReserved());
     page.stopBurn(alerts);
-    QCOMPARE(enabledInputs(page), 1);
+    verifyInputs(page, true);
 }
 
 void BurnAudioTest::discNamesItsTracksInTwoLanguages()
 {
     AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"), 4), page.track(QStringLiteral("b.wav"), 5)});
+    page.add({page.track(u"a.wav"_s, 4), page.track(u"b.wav"_s, 5)});
     page.openEditor();
-    page.writeTitles(QStringLiteral("Two"), {QStringLiteral("High"), QStringLiteral("Low")});
-    page.addLanguage(QStringLiteral("German"));
-    page.writeTitles(QStringLiteral("Zwei"), {QStringLiteral("Höhe"), QStringLiteral("Tiefe")});
+    page.writeTitles(u"Two"_s, {u"High"_s, u"Low"_s});
+    page.addLanguage(u"German"_s);
+    page.writeTitles(u"Zwei"_s, {u"Höhe"_s, u"Tiefe"_s});
     page.click("saveButton");
-    page.control<QCheckBox>("verifyCheckBox")->setChecked(true);
+    page.check("verifyCheckBox");
     AlertRecorder alerts;
     page.startBurn(alerts);
     page.waitForEnd();
-    QCOMPARE(title(page), QStringLiteral("Finishing"));
+    QCOMPARE(page.progressTitle(), u"Finishing"_s);
     QVERIFY(!page.drive.isHeld());
     PackTools::Reader reader(page.drive.burnedPacks());
     const auto titles = [&reader](int block) {
@@ -361,8 +336,8 @@ void BurnAudioTest::discNamesItsTracksInTwoLanguages()
                 list.append(reader.text(CDTEXT_FIELD_TITLE, track));
         return list.join(u' ');
     };
-    QCOMPARE(titles(0), QStringLiteral("Two High Low"));
-    QCOMPARE(titles(1), QStringLiteral("Zwei Höhe Tiefe"));
+    QCOMPARE(titles(0), u"Two High Low"_s);
+    QCOMPARE(titles(1), u"Zwei Höhe Tiefe"_s);
 }
 
 MAPLORN_WINDOW_TEST_MAIN(BurnAudioTest)

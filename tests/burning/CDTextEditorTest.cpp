@@ -5,12 +5,13 @@
 #include "WindowTestMain.h"
 
 #include <QCheckBox>
-#include <QLabel>
 #include <QTabWidget>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString defaultLanguage = QStringLiteral("Default");
+const QString defaultLanguage = u"Default"_s;
 
 QString tab(const AudioPage &page)
 {
@@ -31,8 +32,7 @@ private Q_SLOTS:
     void openingShowsTheFirstTracksFields();
     void switchingItOnEnablesEverything();
     void typingIsKeptAtOnce();
-    void genreIsNotShownAgain();
-    void sizesAreKeptAsBytes();
+    void sizesAreKeptAsBytesAndTheGenreIsNotShownAgain();
     void titleOfTheFileName_data();
     void titleOfTheFileName();
     void closingChecksInOrder_data();
@@ -47,18 +47,16 @@ private Q_SLOTS:
 void CDTextEditorTest::textsAndChoices()
 {
     const AudioPage page;
-    const auto text = [&page](const char *label) { return page.control<QLabel>(label)->text(); };
-    QCOMPARE(text("selectedLanguageLabel").remove(u'&'), QStringLiteral("Selected Language"));
-    QCOMPARE(text("availableLanguageLabel").remove(u'&'), QStringLiteral("Available Language"));
-    QCOMPARE(page.control<QWidget>("specialMessageCheckBox")->toolTip(),
-             QStringLiteral("This is optional"));
+    QCOMPARE(page.label("selectedLanguageLabel").remove(u'&'), u"Selected Language"_s);
+    QCOMPARE(page.label("availableLanguageLabel").remove(u'&'), u"Available Language"_s);
+    QCOMPARE(page.control<QWidget>("specialMessageCheckBox")->toolTip(), u"This is optional"_s);
     const auto *encodings = page.control<QComboBox>("encodingPopUp");
-    QCOMPARE(page.items("encodingPopUp").join(u'/'), QStringLiteral("ISO-Latin-1/7-bit ASCII"));
+    QCOMPARE(page.items("encodingPopUp").join(u'/'), u"ISO-Latin-1/7-bit ASCII"_s);
     QCOMPARE(encodings->itemData(0).toInt(), 513);
     QCOMPARE(encodings->itemData(1).toInt(), 1536);
     const auto *genres = page.control<QComboBox>("genrePopUp");
     QCOMPARE(genres->count(), 28);
-    QCOMPARE(genres->itemData(genres->findText(QStringLiteral("Pop"))).toInt(), 20);
+    QCOMPARE(genres->itemData(genres->findText(u"Pop"_s)).toInt(), 20);
     QCOMPARE(genres->itemData(27).toInt(), 28);
     QStringList sorted = page.items("availableLanguagePopUp");
     sorted.sort();
@@ -73,10 +71,10 @@ void CDTextEditorTest::openingChecksInOrder_data()
     QTest::addColumn<QString>("message");
     QTest::addColumn<QString>("informativeText");
     QTest::newRow("no capability, before the missing tracks")
-        << false << "The burning device doesn't have the capability of writing CD-Text"
-        << "Please change the burning device that can write CD-Text";
-    QTest::newRow("no tracks") << true << "Please add tracks first"
-                               << "Only after added tracks,you can set CD-Text";
+        << false << u"The burning device doesn't have the capability of writing CD-Text"_s
+        << u"Please change the burning device that can write CD-Text"_s;
+    QTest::newRow("no tracks") << true << u"Please add tracks first"_s
+                               << u"Only after added tracks,you can set CD-Text"_s;
 }
 
 void CDTextEditorTest::openingChecksInOrder()
@@ -86,8 +84,8 @@ void CDTextEditorTest::openingChecksInOrder()
     QFETCH(const QString, informativeText);
     AudioPage page;
     const QVariantMap capabilities{{DRDeviceCanWriteCDTextKey, canWrite}};
-    page.use(std::make_shared<DescribedRecorder>(
-        SteppedRecorder::medium(), QVariantMap{{DRDeviceWriteCapabilitiesKey, capabilities}}));
+    page.use<DescribedRecorder>(SteppedRecorder::medium(),
+                                QVariantMap{{DRDeviceWriteCapabilitiesKey, capabilities}});
     AlertRecorder alerts;
     alerts.expect(message, informativeText);
     page.click("cdtextButton");
@@ -97,10 +95,9 @@ void CDTextEditorTest::openingChecksInOrder()
 
 void CDTextEditorTest::openingShowsTheFirstTracksFields()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav")), page.track(QStringLiteral("b.wav"))});
+    const AudioPage page{"a.wav", "b.wav"};
     page.openEditor();
-    page.writeTitles(QStringLiteral("Disc"), {QStringLiteral("First"), QStringLiteral("Second")});
+    page.writeTitles(u"Disc"_s, {u"First"_s, u"Second"_s});
     page.click("saveButton");
     QVERIFY(!page.editor()->isVisible());
 
@@ -109,28 +106,27 @@ void CDTextEditorTest::openingShowsTheFirstTracksFields()
     QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, secondRow);
     QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, secondRow);
     QVERIFY(page.editor()->isVisible());
-    QCOMPARE(tab(page), QStringLiteral("Track"));
-    QCOMPARE(page.items("tracksPopUp").join(u' '), QStringLiteral("a.wav b.wav"));
+    QCOMPARE(tab(page), u"Track"_s);
+    QCOMPARE(page.items("tracksPopUp").join(u' '), u"a.wav b.wav"_s);
     QCOMPARE(page.control<QComboBox>("tracksPopUp")->currentIndex(), 1);
-    QCOMPARE(page.shown("trackTitleField"), QStringLiteral("First"));
-    page.pick("tracksPopUp", QStringLiteral("b.wav"));
-    QCOMPARE(page.shown("trackTitleField"), QStringLiteral("Second"));
+    QCOMPARE(page.shown("trackTitleField"), u"First"_s);
+    page.pick("tracksPopUp", u"b.wav"_s);
+    QCOMPARE(page.shown("trackTitleField"), u"Second"_s);
     page.click("saveButton");
 
     page.click("cdtextButton");
-    QCOMPARE(tab(page), QStringLiteral("Disc"));
+    QCOMPARE(tab(page), u"Disc"_s);
     QCOMPARE(page.control<QComboBox>("tracksPopUp")->currentIndex(), 0);
-    QCOMPARE(page.shown("trackTitleField"), QStringLiteral("First"));
-    QCOMPARE(page.shown("discTitleField"), QStringLiteral("Disc"));
+    QCOMPARE(page.shown("trackTitleField"), u"First"_s);
+    QCOMPARE(page.shown("discTitleField"), u"Disc"_s);
 }
 
 void CDTextEditorTest::switchingItOnEnablesEverything()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     page.click("cdtextButton");
     for (const bool isOn : {false, true, false}) {
-        page.control<QCheckBox>("cdtextEnabledCheckBox")->setChecked(isOn);
+        page.check("cdtextEnabledCheckBox", isOn);
         QList<QWidget *> controls;
         for (const char *name :
              {"selectedLanguagePopUp", "availableLanguagePopUp", "encodingPopUp", "genrePopUp",
@@ -151,16 +147,15 @@ void CDTextEditorTest::switchingItOnEnablesEverything()
 
 void CDTextEditorTest::typingIsKeptAtOnce()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav")), page.track(QStringLiteral("b.wav"))});
+    const AudioPage page{"a.wav", "b.wav"};
     page.openEditor();
-    page.type("discPerformerField", QStringLiteral("Choir"));
+    page.type("discPerformerField", u"Choir"_s);
     const QVariantMap flags{{DRCDTextCopyrightAssertedForTitlesKey, false},
                             {DRCDTextCopyrightAssertedForNamesKey, false},
                             {DRCDTextCopyrightAssertedForSpecialMessagesKey, false},
                             {DRCDTextGenreCodeKey, 1}};
     QVariantMap disc = flags;
-    disc.insert(DRCDTextPerformerKey, QStringLiteral("Choir"));
+    disc.insert(DRCDTextPerformerKey, u"Choir"_s);
     QCOMPARE(page.texts(defaultLanguage, 0), disc);
     page.type("discPerformerField", QString());
     QCOMPARE(page.texts(defaultLanguage, 0), disc);
@@ -168,53 +163,40 @@ void CDTextEditorTest::typingIsKeptAtOnce()
     disc.insert(DRCDTextCopyrightAssertedForNamesKey, true);
     QCOMPARE(page.texts(defaultLanguage, 0), disc);
 
-    page.pick("tracksPopUp", QStringLiteral("b.wav"));
-    page.type("trackComposerField", QStringLiteral("Somebody"));
-    QCOMPARE(page.texts(defaultLanguage, 2),
-             (QVariantMap{{DRCDTextComposerKey, QStringLiteral("Somebody")}}));
+    page.pick("tracksPopUp", u"b.wav"_s);
+    page.type("trackComposerField", u"Somebody"_s);
+    QCOMPARE(page.texts(defaultLanguage, 2), (QVariantMap{{DRCDTextComposerKey, u"Somebody"_s}}));
     QVERIFY(page.texts(defaultLanguage, 1).isEmpty());
 }
 
-void CDTextEditorTest::genreIsNotShownAgain()
+void CDTextEditorTest::sizesAreKeptAsBytesAndTheGenreIsNotShownAgain()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
-    page.openEditor();
-    page.pick("genrePopUp", QStringLiteral("Jazz"));
-    QCOMPARE(page.texts(defaultLanguage, 0).value(DRCDTextGenreCodeKey), 14);
-    page.pick("selectedLanguagePopUp", defaultLanguage);
-    QCOMPARE(page.control<QComboBox>("genrePopUp")->currentText(), QStringLiteral("Unknown"));
-    QCOMPARE(page.texts(defaultLanguage, 0).value(DRCDTextGenreCodeKey), 14);
-}
-
-void CDTextEditorTest::sizesAreKeptAsBytes()
-{
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     page.openEditor();
     const std::initializer_list<std::pair<const char *, QLatin1StringView>> fields{
         {"sizeField", DRCDTextSizeKey},
         {"tocField", DRCDTextTOCKey},
         {"toc2Field", DRCDTextTOC2Key}};
     for (const auto &[field, key] : fields)
-        page.type(field, QStringLiteral("zwölf"));
+        page.type(field, u"zwölf"_s);
     for (const auto &[field, key] : fields)
-        QCOMPARE(page.texts(defaultLanguage, 0).value(key), QVariant(QByteArray("zwölf")));
+        QCOMPARE(page.texts(defaultLanguage, 0).value(key), QVariant("zwölf"_ba));
+    page.pick("genrePopUp", u"Jazz"_s);
+    QCOMPARE(page.texts(defaultLanguage, 0).value(DRCDTextGenreCodeKey), 14);
     page.pick("selectedLanguagePopUp", defaultLanguage);
+    QCOMPARE(page.chosen("genrePopUp"), u"Unknown"_s);
+    QCOMPARE(page.texts(defaultLanguage, 0).value(DRCDTextGenreCodeKey), 14);
     for (const auto &[field, key] : fields)
-        QCOMPARE(page.shown(field), QStringLiteral("zwölf"));
+        QCOMPARE(page.shown(field), u"zwölf"_s);
 }
 
 void CDTextEditorTest::titleOfTheFileName_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("title");
-    QTest::newRow("up to the first dot") << "a.b.mp3"
-                                         << "a";
-    QTest::newRow("all of a name without one") << "A Song"
-                                               << "A Song";
-    QTest::newRow("blanks stay") << "01 - A Song.wav"
-                                 << "01 - A Song";
+    QTest::newRow("up to the first dot") << u"a.b.mp3"_s << u"a"_s;
+    QTest::newRow("all of a name without one") << u"A Song"_s << u"A Song"_s;
+    QTest::newRow("blanks stay") << u"01 - A Song.wav"_s << u"01 - A Song"_s;
 }
 
 void CDTextEditorTest::titleOfTheFileName()
@@ -222,8 +204,8 @@ void CDTextEditorTest::titleOfTheFileName()
     QFETCH(const QString, name);
     QFETCH(const QString, title);
     const AudioPage page;
-    page.editor()->edit({QStringLiteral("first.wav"), name}, CDTextPanel::Tab::Track, 1);
-    page.control<QCheckBox>("cdtextEnabledCheckBox")->setChecked(true);
+    page.editor()->edit({u"first.wav"_s, name}, CDTextPanel::Tab::Track, 1);
+    page.check("cdtextEnabledCheckBox");
     page.click("convertButton");
     QCOMPARE(page.shown("trackTitleField"), title);
     QCOMPARE(page.texts(defaultLanguage, 2).value(DRCDTextTitleKey), title);
@@ -241,21 +223,14 @@ void CDTextEditorTest::closingChecksInOrder_data()
     QTest::newRow("switched off, nothing is asked for")
         << false << QString() << QString() << QString() << QString() << QString() << QString();
     QTest::newRow("no disc title, before the track's")
-        << true << QString() << QString() << "Disc title cannot be null"
-        << "Please fill in the disc title"
-        << "Disc"
-        << "discTitleField";
+        << true << QString() << QString() << u"Disc title cannot be null"_s
+        << u"Please fill in the disc title"_s << u"Disc"_s << u"discTitleField"_s;
     QTest::newRow("the track's title as it is shown, before those that are kept")
-        << true << "Disc" << QString() << "Track title cannot be null"
-        << "Please fill in the track title"
-        << "Track"
-        << "trackTitleField";
-    QTest::newRow("a track that is not shown") << true << "Disc"
-                                               << "First"
-                                               << "b.wav is not set track title"
-                                               << "Please fill in the track title"
-                                               << "Track"
-                                               << "trackTitleField";
+        << true << u"Disc"_s << QString() << u"Track title cannot be null"_s
+        << u"Please fill in the track title"_s << u"Track"_s << u"trackTitleField"_s;
+    QTest::newRow("a track that is not shown")
+        << true << u"Disc"_s << u"First"_s << u"b.wav is not set track title"_s
+        << u"Please fill in the track title"_s << u"Track"_s << u"trackTitleField"_s;
 }
 
 void CDTextEditorTest::closingChecksInOrder()
@@ -267,17 +242,16 @@ void CDTextEditorTest::closingChecksInOrder()
     QFETCH(const QString, informativeText);
     QFETCH(const QString, tabShown);
     QFETCH(const QString, focused);
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav")), page.track(QStringLiteral("b.wav"))});
+    const AudioPage page{"a.wav", "b.wav"};
     page.openEditor();
     page.type("discTitleField", disc);
     page.type("trackTitleField", track);
-    page.control<QCheckBox>("cdtextEnabledCheckBox")->setChecked(isOn);
+    page.check("cdtextEnabledCheckBox", isOn);
     AlertRecorder alerts;
     if (!message.isEmpty())
         alerts.expect(message, informativeText);
     auto *tabs = page.control<QTabWidget>("tabView");
-    tabs->setCurrentIndex(tabShown == QLatin1StringView("Disc") ? 1 : 0);
+    tabs->setCurrentIndex(tabShown == "Disc"_L1 ? 1 : 0);
     page.click("saveButton");
     QVERIFY(alerts.isDone());
     QCOMPARE(page.editor()->isVisible(), !message.isEmpty());
@@ -289,16 +263,14 @@ void CDTextEditorTest::closingChecksInOrder()
 
 void CDTextEditorTest::escapeChecksToo()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     page.openEditor();
     AlertRecorder alerts;
-    alerts.expect(QStringLiteral("Disc title cannot be null"),
-                  QStringLiteral("Please fill in the disc title"));
+    alerts.expect(u"Disc title cannot be null"_s, u"Please fill in the disc title"_s);
     QTest::keyClick(page.editor(), Qt::Key_Escape);
     QVERIFY(alerts.isDone());
     QVERIFY(page.editor()->isVisible());
-    page.writeTitles(QStringLiteral("Disc"), {QStringLiteral("Track")});
+    page.writeTitles(u"Disc"_s, {u"Track"_s});
     QTest::keyClick(page.editor(), Qt::Key_Escape);
     QVERIFY(!page.editor()->isVisible());
 }
@@ -309,20 +281,13 @@ void CDTextEditorTest::charactersThatTheDiscCannotHold_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("inLatin1"); // what the tool tip names
     QTest::addColumn<QString>("inAscii");
-    QTest::newRow("beyond both") << "discTitleField"
-                                 << "a中b"
-                                 << "中"
-                                 << "中";
-    QTest::newRow("beyond ASCII") << "trackTitleField"
-                                  << "é" << QString() << "é";
-    QTest::newRow("within both") << "trackTitleField"
-                                 << "e" << QString() << QString();
-    QTest::newRow("the identity is ASCII always") << "discIdentityField"
-                                                  << "é"
-                                                  << "é"
-                                                  << "é";
-    QTest::newRow("never burned, never marked") << "tocField"
-                                                << "中" << QString() << QString();
+    QTest::newRow("beyond both") << u"discTitleField"_s << u"a中b"_s << u"中"_s << u"中"_s;
+    QTest::newRow("beyond ASCII") << u"trackTitleField"_s << u"é"_s << QString() << u"é"_s;
+    QTest::newRow("within both") << u"trackTitleField"_s << u"e"_s << QString() << QString();
+    QTest::newRow("the identity is ASCII always")
+        << u"discIdentityField"_s << u"é"_s << u"é"_s << u"é"_s;
+    QTest::newRow("never burned, never marked")
+        << u"tocField"_s << u"中"_s << QString() << QString();
 }
 
 void CDTextEditorTest::charactersThatTheDiscCannotHold()
@@ -331,24 +296,21 @@ void CDTextEditorTest::charactersThatTheDiscCannotHold()
     QFETCH(const QString, text);
     QFETCH(const QString, inLatin1);
     QFETCH(const QString, inAscii);
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     page.openEditor();
     auto *edit = page.control<QLineEdit>(qPrintable(field));
     const QString usualTip = edit->toolTip();
     page.type(qPrintable(field), text);
     const auto isMarked = [&](const QString &missing) {
         const QString tip =
-            missing.isEmpty()
-                ? usualTip
-                : QStringLiteral("The disc will have “?” in the place of: ") + missing;
+            missing.isEmpty() ? usualTip : u"The disc will have “?” in the place of: "_s + missing;
         const bool isWhite = edit->palette().color(QPalette::Base) == QColor(Qt::white);
         return edit->toolTip() == tip && isWhite == missing.isEmpty();
     };
     QVERIFY2(isMarked(inLatin1), qPrintable(edit->toolTip()));
-    page.pick("encodingPopUp", QStringLiteral("7-bit ASCII"));
+    page.pick("encodingPopUp", u"7-bit ASCII"_s);
     QVERIFY2(isMarked(inAscii), qPrintable(edit->toolTip()));
-    page.type(qPrintable(field), QStringLiteral("e"));
+    page.type(qPrintable(field), u"e"_s);
     QVERIFY2(isMarked({}), qPrintable(edit->toolTip()));
 }
 
@@ -356,20 +318,20 @@ void CDTextEditorTest::recordingCodes_data()
 {
     QTest::addColumn<QString>("code");
     QTest::addColumn<bool>("isValid");
-    QTest::newRow("letters, then digits") << "AB1230000001" << true;
-    QTest::newRow("owner of letters") << "ABXYZ0000001" << true;
-    QTest::newRow("digit for the country") << "1B1230000001" << false;
-    QTest::newRow("digit for the country's second letter") << "A11230000001" << false;
-    QTest::newRow("ten characters") << "AB12300000" << false;
-    QTest::newRow("thirteen characters") << "AB12300000012" << false;
+    QTest::newRow("letters, then digits") << u"AB1230000001"_s << true;
+    QTest::newRow("owner of letters") << u"ABXYZ0000001"_s << true;
+    QTest::newRow("digit for the country") << u"1B1230000001"_s << false;
+    QTest::newRow("digit for the country's second letter") << u"A11230000001"_s << false;
+    QTest::newRow("ten characters") << u"AB12300000"_s << false;
+    QTest::newRow("thirteen characters") << u"AB12300000012"_s << false;
     QTest::newRow("none") << QString() << false;
-    QTest::newRow("small letters") << "ab1230000001" << false;
-    QTest::newRow("small letter for the owner") << "AB12x0000001" << false;
-    QTest::newRow("letter for the year") << "AB123A000001" << false;
-    QTest::newRow("letter at the end") << "AB123000000A" << false;
-    QTest::newRow("hyphens") << "AB-123-00-00001" << false;
-    QTest::newRow("a letter of another script") << "ÄB1230000001" << false;
-    QTest::newRow("digits of another script") << "AB12300000٠١" << false;
+    QTest::newRow("small letters") << u"ab1230000001"_s << false;
+    QTest::newRow("small letter for the owner") << u"AB12x0000001"_s << false;
+    QTest::newRow("letter for the year") << u"AB123A000001"_s << false;
+    QTest::newRow("letter at the end") << u"AB123000000A"_s << false;
+    QTest::newRow("hyphens") << u"AB-123-00-00001"_s << false;
+    QTest::newRow("a letter of another script") << u"ÄB1230000001"_s << false;
+    QTest::newRow("digits of another script") << u"AB12300000٠١"_s << false;
 }
 
 void CDTextEditorTest::recordingCodes()

@@ -5,12 +5,13 @@
 #include "WindowTestMain.h"
 
 #include <QCheckBox>
-#include <QLabel>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString defaultLanguage = QStringLiteral("Default");
-const QString german = QStringLiteral("German");
+const QString defaultLanguage = u"Default"_s;
+const QString german = u"German"_s;
 
 // The languages and encodings of what would be burned: "de/Ascii".
 QStringList blocks(const AudioPage &page)
@@ -18,10 +19,9 @@ QStringList blocks(const AudioPage &page)
     QStringList list;
     for (const QVariant &value : page.editor()->getCDText().toList()) {
         const auto block = value.value<DRCDTextBlock>();
-        list.append(block.language()
-                    + (block.encoding() == DRCDTextBlock::Encoding::Ascii
-                           ? QStringLiteral("/Ascii")
-                           : QStringLiteral("/IsoLatin1")));
+        list.append(
+            block.language()
+            + (block.encoding() == DRCDTextBlock::Encoding::Ascii ? u"/Ascii"_s : u"/IsoLatin1"_s));
     }
     return list;
 }
@@ -46,105 +46,94 @@ private Q_SLOTS:
 
 void CDTextLanguagesTest::eightLanguagesAndNoMore()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     page.openEditor();
     const QStringList names = page.items("availableLanguagePopUp").first(8);
     for (qsizetype i = 6; i >= 0; --i)
         page.addLanguage(names.at(i));
     QCOMPARE(page.items("selectedLanguagePopUp"), QStringList(defaultLanguage) + names.first(7));
     AlertRecorder alerts;
-    alerts.expect(QStringLiteral("Can not add language any more"),
-                  QStringLiteral("CDText only supports 8 languages"));
+    alerts.expect(u"Can not add language any more"_s, u"CDText only supports 8 languages"_s);
     page.addLanguage(names.last());
     QVERIFY(alerts.isDone());
     QCOMPARE(page.control<QComboBox>("selectedLanguagePopUp")->count(), 8);
 
     page.click("mediaTypeButton"); // which offers all names again
-    page.control<QCheckBox>("cdtextEnabledCheckBox")->setChecked(true);
-    alerts.expect(QStringLiteral("Can not add language any more"),
-                  QStringLiteral("CDText only supports 8 languages"));
+    page.check("cdtextEnabledCheckBox");
+    alerts.expect(u"Can not add language any more"_s, u"CDText only supports 8 languages"_s);
     page.addLanguage(names.first());
     QVERIFY2(alerts.isDone(), "too many, before it is one of them");
 }
 
 void CDTextLanguagesTest::sameLanguageIsRefused()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     page.openEditor();
     page.addLanguage(german);
     QVERIFY(!page.items("availableLanguagePopUp").contains(german));
-    page.type("discTitleField", QStringLiteral("Scheibe"));
+    page.type("discTitleField", u"Scheibe"_s);
     page.click("mediaTypeButton");
     QVERIFY(page.items("availableLanguagePopUp").contains(german));
     QVERIFY2(!page.editor()->isTextEnabled(), "every refresh switches it off");
-    page.control<QCheckBox>("cdtextEnabledCheckBox")->setChecked(true);
+    page.check("cdtextEnabledCheckBox");
     AlertRecorder alerts;
-    alerts.expect(QStringLiteral("The language has been added"),
-                  QStringLiteral("You cannot add the same language"));
+    alerts.expect(u"The language has been added"_s, u"You cannot add the same language"_s);
     page.addLanguage(german);
     QVERIFY(alerts.isDone());
     QCOMPARE(page.items("selectedLanguagePopUp").size(), 2);
-    QCOMPARE(page.texts(german, 0).value(DRCDTextTitleKey), QStringLiteral("Scheibe"));
+    QCOMPARE(page.texts(german, 0).value(DRCDTextTitleKey), u"Scheibe"_s);
 }
 
 void CDTextLanguagesTest::otherLanguagesLoseTheirEncoding()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     page.openEditor();
-    page.pick("encodingPopUp", QStringLiteral("7-bit ASCII"));
+    page.pick("encodingPopUp", u"7-bit ASCII"_s);
     page.addLanguage(german);
-    QCOMPARE(blocks(page).join(u' '), QStringLiteral("/IsoLatin1 de/Ascii"));
-    page.pick("encodingPopUp", QStringLiteral("ISO-Latin-1"));
-    QCOMPARE(blocks(page).join(u' '), QStringLiteral("/IsoLatin1 de/IsoLatin1"));
-    page.addLanguage(QStringLiteral("Albanian"));
-    QCOMPARE(page.items("selectedLanguagePopUp").join(u' '),
-             QStringLiteral("Default Albanian German"));
-    QCOMPARE(blocks(page).join(u' '), QStringLiteral("/IsoLatin1 sq/IsoLatin1"));
+    QCOMPARE(blocks(page).join(u' '), u"/IsoLatin1 de/Ascii"_s);
+    page.pick("encodingPopUp", u"ISO-Latin-1"_s);
+    QCOMPARE(blocks(page).join(u' '), u"/IsoLatin1 de/IsoLatin1"_s);
+    page.addLanguage(u"Albanian"_s);
+    QCOMPARE(page.items("selectedLanguagePopUp").join(u' '), u"Default Albanian German"_s);
+    QCOMPARE(blocks(page).join(u' '), u"/IsoLatin1 sq/IsoLatin1"_s);
     page.pick("selectedLanguagePopUp", german);
     QCOMPARE(page.control<QComboBox>("encodingPopUp")->currentIndex(), -1);
-    page.pick("encodingPopUp", QStringLiteral("7-bit ASCII"));
-    QCOMPARE(blocks(page).join(u' '), QStringLiteral("/IsoLatin1 sq/IsoLatin1 de/Ascii"));
-    page.pick("selectedLanguagePopUp", QStringLiteral("Albanian"));
-    QCOMPARE(page.control<QComboBox>("encodingPopUp")->currentText(),
-             QStringLiteral("ISO-Latin-1"));
+    page.pick("encodingPopUp", u"7-bit ASCII"_s);
+    QCOMPARE(blocks(page).join(u' '), u"/IsoLatin1 sq/IsoLatin1 de/Ascii"_s);
+    page.pick("selectedLanguagePopUp", u"Albanian"_s);
+    QCOMPARE(page.chosen("encodingPopUp"), u"ISO-Latin-1"_s);
 }
 
 void CDTextLanguagesTest::newLanguageHasEmptyTexts()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav")), page.track(QStringLiteral("b.wav")),
-              page.track(QStringLiteral("c.wav"))});
+    const AudioPage page{"a.wav", "b.wav", "c.wav"};
     page.openEditor();
-    page.writeTitles(QStringLiteral("Disc"), {QStringLiteral("First")});
+    page.writeTitles(u"Disc"_s, {u"First"_s});
     page.click("titlesCopyrightCheckBox");
     page.addLanguage(german);
     QCOMPARE(page.editor()->store().list(german), QList<QVariantMap>(4));
-    QCOMPARE(page.control<QComboBox>("selectedLanguagePopUp")->currentText(), german);
+    QCOMPARE(page.chosen("selectedLanguagePopUp"), german);
     QCOMPARE(page.shown("discTitleField"), QString());
     QCOMPARE(page.shown("trackTitleField"), QString());
     QVERIFY(!page.control<QCheckBox>("titlesCopyrightCheckBox")->isChecked());
     page.pick("selectedLanguagePopUp", defaultLanguage);
-    QCOMPARE(page.shown("discTitleField"), QStringLiteral("Disc"));
-    QCOMPARE(page.shown("trackTitleField"), QStringLiteral("First"));
+    QCOMPARE(page.shown("discTitleField"), u"Disc"_s);
+    QCOMPARE(page.shown("trackTitleField"), u"First"_s);
     QVERIFY(page.control<QCheckBox>("titlesCopyrightCheckBox")->isChecked());
 }
 
 void CDTextLanguagesTest::removedLanguageCanBeAddedAgain()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     page.openEditor();
     const QStringList all = page.items("availableLanguagePopUp");
     AlertRecorder alerts;
-    alerts.expect(QStringLiteral("The default language cannot be removed"),
-                  QStringLiteral("The default language must be retained"));
+    alerts.expect(u"The default language cannot be removed"_s,
+                  u"The default language must be retained"_s);
     page.click("removeLanguageButton");
     QVERIFY(alerts.isDone());
     page.addLanguage(german);
-    page.type("discTitleField", QStringLiteral("Scheibe"));
+    page.type("discTitleField", u"Scheibe"_s);
     page.click("removeLanguageButton");
     QCOMPARE(page.items("selectedLanguagePopUp"), QStringList(defaultLanguage));
     QCOMPARE(page.items("availableLanguagePopUp"), all);
@@ -156,84 +145,78 @@ void CDTextLanguagesTest::removedLanguageCanBeAddedAgain()
 
 void CDTextLanguagesTest::missingTitleOfASecondLanguage()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav")), page.track(QStringLiteral("b.wav"))});
+    const AudioPage page{"a.wav", "b.wav"};
     page.openEditor();
     page.addLanguage(german);
-    page.writeTitles(QStringLiteral("Scheibe"), {QStringLiteral("Erstes")});
+    page.writeTitles(u"Scheibe"_s, {u"Erstes"_s});
     page.pick("selectedLanguagePopUp", defaultLanguage);
-    page.writeTitles(QStringLiteral("Disc"), {QStringLiteral("First"), QStringLiteral("Second")});
+    page.writeTitles(u"Disc"_s, {u"First"_s, u"Second"_s});
     AlertRecorder alerts;
-    alerts.expect(QStringLiteral("b.wav is not set track title"),
-                  QStringLiteral("Please fill in the track title"));
+    alerts.expect(u"b.wav is not set track title"_s, u"Please fill in the track title"_s);
     page.click("saveButton");
     QVERIFY(alerts.isDone());
     QVERIFY(page.editor()->isVisible());
-    QCOMPARE(page.control<QComboBox>("selectedLanguagePopUp")->currentText(), german);
-    QCOMPARE(page.control<QComboBox>("tracksPopUp")->currentText(), QStringLiteral("b.wav"));
+    QCOMPARE(page.chosen("selectedLanguagePopUp"), german);
+    QCOMPARE(page.chosen("tracksPopUp"), u"b.wav"_s);
     QCOMPARE(page.shown("trackTitleField"), QString());
-    QCOMPARE(page.shown("discTitleField"), QStringLiteral("Disc")); // nothing was loaded
-    page.type("trackTitleField", QStringLiteral("Zweites"));
-    QCOMPARE(page.texts(german, 2).value(DRCDTextTitleKey), QStringLiteral("Zweites"));
+    QCOMPARE(page.shown("discTitleField"), u"Disc"_s); // nothing was loaded
+    page.type("trackTitleField", u"Zweites"_s);
+    QCOMPARE(page.texts(german, 2).value(DRCDTextTitleKey), u"Zweites"_s);
     page.click("saveButton");
     QVERIFY(!page.editor()->isVisible());
 }
 
 void CDTextLanguagesTest::oneLanguageIsABlockMoreAreAList()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     page.openEditor();
-    page.writeTitles(QStringLiteral("Disc"), {QStringLiteral("First")});
+    page.writeTitles(u"Disc"_s, {u"First"_s});
     const QVariant one = page.editor()->getCDText();
     QCOMPARE(one.metaType(), QMetaType::fromType<DRCDTextBlock>());
     QCOMPARE(one.value<DRCDTextBlock>().language(), QString());
     QCOMPARE(one.value<DRCDTextBlock>().trackDictionaries(),
              page.editor()->store().list(defaultLanguage));
     page.addLanguage(german);
-    page.writeTitles(QStringLiteral("Scheibe"), {QStringLiteral("Erstes")});
+    page.writeTitles(u"Scheibe"_s, {u"Erstes"_s});
     QCOMPARE(page.editor()->getCDText().metaType(), QMetaType::fromType<QVariantList>());
     const QVariantList two = page.editor()->getCDText().toList();
     QCOMPARE(two.size(), 2);
-    QCOMPARE(two.last().value<DRCDTextBlock>().language(), QStringLiteral("de"));
+    QCOMPARE(two.last().value<DRCDTextBlock>().language(), u"de"_s);
     QCOMPARE(two.last().value<DRCDTextBlock>().trackDictionaries(),
              page.editor()->store().list(german));
 }
 
 void CDTextLanguagesTest::tracksAfterClearHaveNoTexts()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     AlertRecorder alerts;
     page.clear(alerts);
-    page.add({page.track(QStringLiteral("b.wav")), page.track(QStringLiteral("c.wav"))});
+    page.add({page.track(u"b.wav"_s), page.track(u"c.wav"_s)});
     QVERIFY(page.editor()->store().toMap().isEmpty());
     page.control<QTableView>("table")->selectRow(0);
     page.click("removeButton");
     page.openEditor();
     QCOMPARE(page.editor()->getCDText().value<DRCDTextBlock>().trackDictionaries().size(), 0);
-    page.writeTitles(QStringLiteral("Disc"), {QStringLiteral("Track")});
+    page.writeTitles(u"Disc"_s, {u"Track"_s});
     QCOMPARE(page.editor()->store().list(defaultLanguage).size(), 2);
-    QCOMPARE(page.texts(defaultLanguage, 1).value(DRCDTextTitleKey), QStringLiteral("Track"));
+    QCOMPARE(page.texts(defaultLanguage, 1).value(DRCDTextTitleKey), u"Track"_s);
 }
 
 void CDTextLanguagesTest::tooMuchTextNamesTheLanguage()
 {
-    const AudioPage page;
-    page.add({page.track(QStringLiteral("a.wav"))});
+    const AudioPage page{"a.wav"};
     page.openEditor();
     const auto *label = page.control<QLabel>("spaceLabel");
-    QVERIFY(label->text().endsWith(QStringLiteral(" of 252 packs used")));
+    QVERIFY(label->text().endsWith(u" of 252 packs used"_s));
     page.addLanguage(german);
     constexpr int packSize = 12; // bytes of text
     page.type("discTitleField", QString(253 * packSize, u'x'));
-    QVERIFY(label->text().contains(QStringLiteral("Too much text: German")));
+    QVERIFY(label->text().contains(u"Too much text: German"_s));
     page.pick("selectedLanguagePopUp", defaultLanguage);
-    QVERIFY2(label->text().contains(QStringLiteral("Too much text: German")),
-             "whichever language is shown");
+    QVERIFY2(label->text().contains(u"Too much text: German"_s), "whichever language is shown");
     page.pick("selectedLanguagePopUp", german);
-    page.type("discTitleField", QStringLiteral("x"));
-    QVERIFY(!label->text().contains(QStringLiteral("Too much")));
+    page.type("discTitleField", u"x"_s);
+    QVERIFY(!label->text().contains(u"Too much"_s));
 }
 
 MAPLORN_WINDOW_TEST_MAIN(CDTextLanguagesTest)

@@ -18,6 +18,8 @@
 #include <QPushButton>
 #include <QSemaphore>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int patience = 30000; // ms
@@ -38,7 +40,7 @@ public:
     {
         report.beginPhase(DRStatusStateErasing, 0.5, 1, 100, 0);
         m_end.acquire();
-        return Failure{QStringLiteral("The medium is worn out.")};
+        return Failure{u"The medium is worn out."_s};
     }
     void end() { m_end.release(); }
 
@@ -87,8 +89,7 @@ private:
     void click() const { QTest::mouseClick(control<QPushButton>("eraseButton"), Qt::LeftButton); }
     void erase(AlertRecorder &alerts, QMessageBox::StandardButton answer = QMessageBox::Ok) const
     {
-        alerts.expect(QStringLiteral("Are you sure to erase?"),
-                      QStringLiteral("The operation is not irreversible"), answer);
+        alerts.expect(u"Are you sure to erase?"_s, u"The operation is not irreversible"_s, answer);
         click();
     }
     // Something to erase.
@@ -96,8 +97,7 @@ private:
     {
         DRBurn burn = DRBurn::initWithDevice(m_drive->device());
         const JobLog log(burn);
-        burn.writeLayout(
-            DRBurn::layoutForImageFile(m_drive->makeSource(QStringLiteral("a"), 4096)));
+        burn.writeLayout(DRBurn::layoutForImageFile(m_drive->makeSource(u"a"_s, 4096)));
         QVERIFY(log.waitForEnd() && !m_drive->device().mediaIsBlank());
     }
 
@@ -111,18 +111,14 @@ void EraseTest::checksInOrder_data()
     QTest::addColumn<QString>("message");
     QTest::addColumn<QString>("help");
 
-    QTest::newRow("no recorder") << "detached"
-                                 << "No recorder is attached."
-                                 << "Please connect a burning device.";
-    QTest::newRow("writes nothing") << "reader"
-                                    << "The device has no capability of write."
-                                    << "Please change a device that have capability of write.";
-    QTest::newRow("no medium") << "ejected"
-                               << "The media is not present."
-                               << "Please wait or re-insert the media";
-    QTest::newRow("written once for all") << "cd-r"
-                                          << "The media cannot be erased."
-                                          << "Please change a erasable media.";
+    QTest::newRow("no recorder") << u"detached"_s << u"No recorder is attached."_s
+                                 << u"Please connect a burning device."_s;
+    QTest::newRow("writes nothing") << u"reader"_s << u"The device has no capability of write."_s
+                                    << u"Please change a device that have capability of write."_s;
+    QTest::newRow("no medium") << u"ejected"_s << u"The media is not present."_s
+                               << u"Please wait or re-insert the media"_s;
+    QTest::newRow("written once for all")
+        << u"cd-r"_s << u"The media cannot be erased."_s << u"Please change a erasable media."_s;
 }
 
 void EraseTest::checksInOrder()
@@ -131,15 +127,15 @@ void EraseTest::checksInOrder()
     QFETCH(const QString, message);
     QFETCH(const QString, help);
     const auto reader = std::make_shared<DescribedRecorder>(QVariantMap());
-    if (state == QLatin1StringView("ejected"))
+    if (state == "ejected"_L1)
         QVERIFY(m_drive->device().ejectMedia());
-    else if (state == QLatin1StringView("cd-r"))
+    else if (state == "cd-r"_L1)
         m_drive->insert(DRDeviceMediaTypeCDR);
     else
         m_drive->detach();
-    if (state == QLatin1StringView("reader"))
+    if (state == "reader"_L1)
         m_drive->service().attach(reader);
-    QTRY_COMPARE(m_drive->device().mediaIsPresent(), state != QLatin1StringView("ejected"));
+    QTRY_COMPARE(m_drive->device().mediaIsPresent(), state != "ejected"_L1);
     show();
     AlertRecorder alerts;
     alerts.expect(message, help);
@@ -177,12 +173,11 @@ void EraseTest::erasesEveryKindOfMedium()
     control<QCheckBox>("ejectAfterErasedCheckBox")->setChecked(eject);
     AlertRecorder alerts;
     erase(alerts);
-    alerts.expect(QStringLiteral("The erase operation is completed."),
-                  QStringLiteral("Please take out the media."));
+    alerts.expect(u"The erase operation is completed."_s, u"Please take out the media."_s);
     QTRY_VERIFY_WITH_TIMEOUT(alerts.isDone(), patience);
     QVERIFY(progress->isHidden() && control<QPushButton>("eraseButton")->isEnabled());
     QCOMPARE(control<QProgressBar>("progressIndicator")->value(), 0);
-    QCOMPARE(control<QGroupBox>("stateBox")->title(), QStringLiteral("Done"));
+    QCOMPARE(control<QGroupBox>("stateBox")->title(), u"Done"_s);
     QVERIFY(!Session::isWorking() && !m_page->hasRunningJob());
     QTRY_COMPARE(m_drive->device().mediaIsPresent(), !eject);
     QVERIFY(eject || m_drive->device().mediaIsBlank());
@@ -199,16 +194,14 @@ void EraseTest::failureLeavesTheControls()
     QTRY_COMPARE_WITH_TIMEOUT(control<QProgressBar>("progressIndicator")->value(), 50, patience);
     QVERIFY(control<QGroupBox>("progressBox")->isVisible() && Session::isWorking());
     QVERIFY(m_page->hasRunningJob());
-    QCOMPARE(control<QGroupBox>("stateBox")->title(), QStringLiteral("Erasing"));
-    QCOMPARE(control<QLabel>("elapsedTimeValue")->text(), QStringLiteral("0"));
+    QCOMPARE(control<QGroupBox>("stateBox")->title(), u"Erasing"_s);
+    QCOMPARE(control<QLabel>("elapsedTimeValue")->text(), u"0"_s);
     recorder->end();
-    QTRY_COMPARE_WITH_TIMEOUT(control<QGroupBox>("stateBox")->title(), QStringLiteral("Failed"),
-                              patience);
+    QTRY_COMPARE_WITH_TIMEOUT(control<QGroupBox>("stateBox")->title(), u"Failed"_s, patience);
     for (const char *name :
          {"devicesPopUp", "eraseTypePopUp", "ejectAfterErasedCheckBox", "eraseButton"})
         QVERIFY2(!control<QWidget>(name)->isEnabled(), name);
-    QCOMPARE(control<QGroupBox>("progressBox")->toolTip(),
-             QStringLiteral("The medium is worn out."));
+    QCOMPARE(control<QGroupBox>("progressBox")->toolTip(), u"The medium is worn out."_s);
     QVERIFY(Session::isWorking() && !m_page->hasRunningJob());
     m_page.reset();
     m_drive->service().detach(recorder);
@@ -238,7 +231,7 @@ void EraseTest::erasesWhatWasConfirmed()
     QTRY_COMPARE(control<QProgressBar>("progressIndicator")->value(), 50);
     QVERIFY(alerts.isDone() && !m_drive->device().mediaIsBlank());
     other->end();
-    QTRY_COMPARE(control<QGroupBox>("stateBox")->title(), QStringLiteral("Failed"));
+    QTRY_COMPARE(control<QGroupBox>("stateBox")->title(), u"Failed"_s);
 }
 
 // An erase that waited for the burn's end would take the disc that was just made.
@@ -248,13 +241,12 @@ void EraseTest::burnBeforeIsKept()
     DRBurn burn = DRBurn::initWithDevice(m_drive->device());
     burn.setRequestedBurnSpeed(706); // KB/s: it runs still when the erase is started
     const JobLog log(burn);
-    burn.writeLayout(DRBurn::layoutForImageFile(m_drive->makeSource(QStringLiteral("a"), 4 << 20)));
+    burn.writeLayout(DRBurn::layoutForImageFile(m_drive->makeSource(u"a"_s, 4 << 20)));
     show();
     AlertRecorder alerts;
     erase(alerts);
-    QTRY_COMPARE_WITH_TIMEOUT(control<QGroupBox>("stateBox")->title(), QStringLiteral("Failed"),
-                              patience);
-    QCOMPARE(control<QGroupBox>("progressBox")->toolTip(), QStringLiteral("The recorder is busy."));
+    QTRY_COMPARE_WITH_TIMEOUT(control<QGroupBox>("stateBox")->title(), u"Failed"_s, patience);
+    QCOMPARE(control<QGroupBox>("progressBox")->toolTip(), u"The recorder is busy."_s);
     QVERIFY(!log.states().contains(QString(DRStatusStateDone)));
     burn.abort();
     QVERIFY(log.waitForEnd());

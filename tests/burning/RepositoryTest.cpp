@@ -3,11 +3,12 @@
 #include "FileTools.h"
 #include "WindowTestMain.h"
 
-#include <QLabel>
 #include <QTableWidget>
 
 #include <filesystem>
 #include <fstream>
+
+using namespace Qt::StringLiterals;
 
 using DataRepository::Kind;
 
@@ -57,86 +58,85 @@ private:
 
 void RepositoryTest::copiesEverything()
 {
-    const QString source = path(QStringLiteral("My Folder"));
-    writeFile(source + QStringLiteral("/.hidden/中文 é"), "text");
-    QVERIFY(QDir().mkpath(source + QStringLiteral("/empty")));
-    QVERIFY(QFile::link(QStringLiteral("/nowhere"), source + QStringLiteral("/link")));
-    QVERIFY(DataRepository::save(Kind::Folder, source + QLatin1Char('/'), {}));
-    const QString copy = DataRepository::pathOf(Kind::Folder, QStringLiteral("My Folder"));
-    QCOMPARE(copy, MiscTool::getCachedPath() + QStringLiteral("/Repository/Data/Folder/My Folder"));
-    QCOMPARE(fileContent(copy + QStringLiteral("/.hidden/中文 é")), QByteArray("text"));
-    QVERIFY(QDir(copy + QStringLiteral("/empty")).exists());
-    QCOMPARE(QFileInfo(copy + QStringLiteral("/link")).symLinkTarget(), QStringLiteral("/nowhere"));
+    const QString source = path(u"My Folder"_s);
+    writeFile(source + u"/.hidden/中文 é"_s, "text");
+    QVERIFY(QDir().mkpath(source + u"/empty"_s));
+    QVERIFY(QFile::link(u"/nowhere"_s, source + u"/link"_s));
+    QVERIFY(DataRepository::save(Kind::Folder, source + u'/', {}));
+    const QString copy = DataRepository::pathOf(Kind::Folder, u"My Folder"_s);
+    QCOMPARE(copy, MiscTool::getCachedPath() + u"/Repository/Data/Folder/My Folder"_s);
+    QCOMPARE(fileContent(copy + u"/.hidden/中文 é"_s), "text"_ba);
+    QVERIFY(QDir(copy + u"/empty"_s).exists());
+    QCOMPARE(QFileInfo(copy + u"/link"_s).symLinkTarget(), u"/nowhere"_s);
     QCOMPARE(QFileInfo(copy).lastModified(), QFileInfo(source).lastModified());
-    QCOMPARE(DataRepository::sizeOf(Kind::Folder, QStringLiteral("My Folder"), {}), 4);
+    QCOMPARE(DataRepository::sizeOf(Kind::Folder, u"My Folder"_s, {}), 4);
 }
 
 void RepositoryTest::newCopyReplacesTheOld()
 {
-    const QString source = path(QStringLiteral("folder"));
-    writeFile(source + QStringLiteral("/old"), "old");
+    const QString source = path(u"folder"_s);
+    writeFile(source + u"/old"_s, "old");
     QVERIFY(DataRepository::save(Kind::Folder, source, {}));
-    QVERIFY(QFile::remove(source + QStringLiteral("/old")));
-    writeFile(source + QStringLiteral("/new"), "new");
+    QVERIFY(QFile::remove(source + u"/old"_s));
+    writeFile(source + u"/new"_s, "new");
     QVERIFY(DataRepository::save(Kind::Folder, source, {}));
-    const QString copy = DataRepository::pathOf(Kind::Folder, QStringLiteral("folder"));
-    QVERIFY(!QFile::exists(copy + QStringLiteral("/old")));
-    QCOMPARE(fileContent(copy + QStringLiteral("/new")), QByteArray("new"));
+    const QString copy = DataRepository::pathOf(Kind::Folder, u"folder"_s);
+    QVERIFY(!QFile::exists(copy + u"/old"_s));
+    QCOMPARE(fileContent(copy + u"/new"_s), "new"_ba);
 }
 
 void RepositoryTest::failedCopyLosesNothing_data()
 {
     QTest::addColumn<QString>("how");
-    QTest::newRow("source is gone") << "gone";
-    QTest::newRow("stopped by the program's end") << "stopped";
+    QTest::newRow("source is gone") << u"gone"_s;
+    QTest::newRow("stopped by the program's end") << u"stopped"_s;
 }
 
 void RepositoryTest::failedCopyLosesNothing()
 {
     QFETCH(const QString, how);
-    const QString source = path(QStringLiteral("disc.iso"));
+    const QString source = path(u"disc.iso"_s);
     writeFile(source, "first");
     QVERIFY(DataRepository::save(Kind::Image, source, {}));
     writeFile(source, "second");
     std::stop_source stop;
-    if (how == QLatin1StringView("gone"))
+    if (how == "gone"_L1)
         QVERIFY(QFile::remove(source));
     else
         stop.request_stop();
     QVERIFY(!DataRepository::save(Kind::Image, source, stop.get_token()));
-    QCOMPARE(fileContent(DataRepository::pathOf(Kind::Image, QStringLiteral("disc.iso"))),
-             QByteArray("first"));
+    QCOMPARE(fileContent(DataRepository::pathOf(Kind::Image, u"disc.iso"_s)), "first"_ba);
 }
 
 void RepositoryTest::copyOntoItselfChangesNothing()
 {
-    const QString copy = DataRepository::pathOf(Kind::Folder, QStringLiteral("kept"));
-    writeFile(copy + QStringLiteral("/file"), "content");
+    const QString copy = DataRepository::pathOf(Kind::Folder, u"kept"_s);
+    writeFile(copy + u"/file"_s, "content");
     QVERIFY(DataRepository::save(Kind::Folder, copy, {}));
-    QCOMPARE(fileContent(copy + QStringLiteral("/file")), QByteArray("content"));
+    QCOMPARE(fileContent(copy + u"/file"_s), "content"_ba);
 }
 
 void RepositoryTest::repositoryIsNotCopiedIntoItself()
 {
     const QString documents = MiscTool::getCachedPath();
-    writeFile(documents + QStringLiteral("/letter"), "text");
+    writeFile(documents + u"/letter"_s, "text");
     QVERIFY(DataRepository::save(Kind::Folder, documents, {}));
     const QString copy = DataRepository::pathOf(Kind::Folder, QFileInfo(documents).fileName());
-    QCOMPARE(fileContent(copy + QStringLiteral("/letter")), QByteArray("text"));
-    QVERIFY(!QFile::exists(copy + QStringLiteral("/Repository")));
+    QCOMPARE(fileContent(copy + u"/letter"_s), "text"_ba);
+    QVERIFY(!QFile::exists(copy + u"/Repository"_s));
 }
 
 void RepositoryTest::repositoryItselfIsNoSource_data()
 {
     QTest::addColumn<QString>("source");
-    QTest::newRow("all of it") << "/Repository";
-    QTest::newRow("the stores, among which the copy is made") << "/Repository/Data";
+    QTest::newRow("all of it") << u"/Repository"_s;
+    QTest::newRow("the stores, among which the copy is made") << u"/Repository/Data"_s;
 }
 
 void RepositoryTest::repositoryItselfIsNoSource()
 {
     QFETCH(const QString, source);
-    writeFile(DataRepository::pathOf(Kind::Image, QStringLiteral("a.iso")), "a");
+    writeFile(DataRepository::pathOf(Kind::Image, u"a.iso"_s), "a");
     QVERIFY(!DataRepository::save(Kind::Folder, MiscTool::getCachedPath() + source, {}));
     QVERIFY(DataRepository::names(Kind::Folder).isEmpty());
 }
@@ -144,36 +144,35 @@ void RepositoryTest::repositoryItselfIsNoSource()
 // The names are bytes to the file system, and need not be text.
 void RepositoryTest::namesThatAreNoText()
 {
-    const std::filesystem::path source(path(QStringLiteral("folder")).toStdString());
+    const std::filesystem::path source(path(u"folder"_s).toStdString());
     std::filesystem::create_directories(source / "sub\xe9");
     std::ofstream(source / "sub\xe9" / "caf\xe9") << "text";
-    QVERIFY(DataRepository::save(Kind::Folder, path(QStringLiteral("folder")), {}));
+    QVERIFY(DataRepository::save(Kind::Folder, path(u"folder"_s), {}));
     const std::filesystem::path copy(
-        DataRepository::pathOf(Kind::Folder, QStringLiteral("folder")).toStdString());
+        DataRepository::pathOf(Kind::Folder, u"folder"_s).toStdString());
     QCOMPARE(std::filesystem::file_size(copy / "sub\xe9" / "caf\xe9"), std::uintmax_t(4));
-    QVERIFY(DataRepository::remove(Kind::Folder, QStringLiteral("folder")));
+    QVERIFY(DataRepository::remove(Kind::Folder, u"folder"_s));
     QVERIFY(!std::filesystem::exists(copy));
 }
 
 void RepositoryTest::nothingElseIsLeftBehind()
 {
-    writeFile(path(QStringLiteral("a.iso")), "a");
-    QVERIFY(DataRepository::save(Kind::Image, path(QStringLiteral("a.iso")), {}));
-    QVERIFY(DataRepository::save(Kind::Image, path(QStringLiteral("a.iso")), {}));
-    QVERIFY(!DataRepository::save(Kind::Image, path(QStringLiteral("b.iso")), {}));
-    QCOMPARE(DataRepository::names(Kind::Image), QStringList(QStringLiteral("a.iso")));
+    writeFile(path(u"a.iso"_s), "a");
+    QVERIFY(DataRepository::save(Kind::Image, path(u"a.iso"_s), {}));
+    QVERIFY(DataRepository::save(Kind::Image, path(u"a.iso"_s), {}));
+    QVERIFY(!DataRepository::save(Kind::Image, path(u"b.iso"_s), {}));
+    QCOMPARE(DataRepository::names(Kind::Image), QStringList(u"a.iso"_s));
     QVERIFY(DataRepository::names(Kind::Folder).isEmpty());
-    QCOMPARE(QDir(MiscTool::getCachedPath() + QStringLiteral("/Repository/Data"))
+    QCOMPARE(QDir(MiscTool::getCachedPath() + u"/Repository/Data"_s)
                  .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             (QStringList{QStringLiteral("Folder"), QStringLiteral("Image")}));
+             (QStringList{u"Folder"_s, u"Image"_s}));
 }
 
 void RepositoryTest::saveAsksForASource()
 {
     const DataPage page;
     AlertRecorder alerts;
-    alerts.expect(QStringLiteral("Source cannot be null."),
-                  QStringLiteral("Please select source first."));
+    alerts.expect(u"Source cannot be null."_s, u"Please select source first."_s);
     page.click("saveButton");
     QVERIFY(alerts.isDone());
 }
@@ -184,9 +183,8 @@ void RepositoryTest::saveReportsSuccessWhateverHappens()
     page.choose(m_folder->path());
     QVERIFY(m_folder->remove());
     AlertRecorder alerts;
-    alerts.expect(QStringLiteral("Saved to repository."),
-                  QStringLiteral("Saved to repository successfully."));
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("not saved")));
+    alerts.expect(u"Saved to repository."_s, u"Saved to repository successfully."_s);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"not saved"_s));
     page.click("saveButton");
     QTRY_VERIFY(alerts.isDone());
     QVERIFY(!page.page->hasRunningJob());
@@ -194,49 +192,46 @@ void RepositoryTest::saveReportsSuccessWhateverHappens()
 
 void RepositoryTest::selectKeepsSizeAndLevel()
 {
-    writeFile(path(QStringLiteral("file")), QByteArray(5000, 'x'));
-    writeFile(DataRepository::pathOf(Kind::Image, QStringLiteral("big.iso")),
-              QByteArray(90000, 'x'));
+    writeFile(path(u"file"_s), QByteArray(5000, 'x'));
+    writeFile(DataRepository::pathOf(Kind::Image, u"big.iso"_s), QByteArray(90000, 'x'));
     const DataPage page;
     page.choose(m_folder->path());
     page.click("openButton");
-    auto *panel = page.page->findChild<QDialog *>(QStringLiteral("repositoryPanel"));
+    auto *panel = page.page->findChild<QDialog *>(u"repositoryPanel"_s);
     QVERIFY(panel);
-    auto *table = panel->findChild<QTableWidget *>(QStringLiteral("repositoryTable"));
+    auto *table = panel->findChild<QTableWidget *>(u"repositoryTable"_s);
     QCOMPARE(table->rowCount(), 0);
-    auto *select = panel->findChild<QAbstractButton *>(QStringLiteral("selectButton"));
+    auto *select = panel->findChild<QAbstractButton *>(u"selectButton"_s);
     select->click();
     QVERIFY2(panel->isVisible(), "nothing is chosen without a row");
 
-    panel->findChild<QAbstractButton *>(QStringLiteral("imagesSegment"))->click();
+    panel->findChild<QAbstractButton *>(u"imagesSegment"_s)->click();
     QCOMPARE(table->rowCount(), 1);
-    QTRY_COMPARE(table->item(0, 1)->text(), QStringLiteral("90.0 KB"));
+    QTRY_COMPARE(table->item(0, 1)->text(), u"90.0 KB"_s);
     table->selectRow(0);
     select->click();
     QVERIFY(!panel->isVisible());
     QCOMPARE(page.control<QComboBox>("sourceTypePopUp")->currentIndex(), 1);
-    QCOMPARE(page.control<QLineEdit>("sourceField")->text(),
-             DataRepository::pathOf(Kind::Image, QStringLiteral("big.iso")));
-    QCOMPARE(page.control<QLabel>("fileSizeLabel")->text(), QStringLiteral("5.0 KB"));
-    QCOMPARE(page.control<QLabel>("sourceTipLabel")->text(),
-             QStringLiteral("Please selec a folder to burn"));
+    QCOMPARE(page.shown("sourceField"), DataRepository::pathOf(Kind::Image, u"big.iso"_s));
+    QCOMPARE(page.label("fileSizeLabel"), u"5.0 KB"_s);
+    QCOMPARE(page.label("sourceTipLabel"), u"Please selec a folder to burn"_s);
 }
 
 void RepositoryTest::deleteSwitchesTheKind()
 {
-    writeFile(DataRepository::pathOf(Kind::Image, QStringLiteral("a.iso")), "a");
+    writeFile(DataRepository::pathOf(Kind::Image, u"a.iso"_s), "a");
     const DataPage page;
     page.click("openButton");
-    auto *panel = page.page->findChild<QDialog *>(QStringLiteral("repositoryPanel"));
-    panel->findChild<QAbstractButton *>(QStringLiteral("imagesSegment"))->click();
-    auto *table = panel->findChild<QTableWidget *>(QStringLiteral("repositoryTable"));
-    auto *button = panel->findChild<QAbstractButton *>(QStringLiteral("repositoryDeleteButton"));
+    auto *panel = page.page->findChild<QDialog *>(u"repositoryPanel"_s);
+    panel->findChild<QAbstractButton *>(u"imagesSegment"_s)->click();
+    auto *table = panel->findChild<QTableWidget *>(u"repositoryTable"_s);
+    auto *button = panel->findChild<QAbstractButton *>(u"repositoryDeleteButton"_s);
     AlertRecorder alerts;
     button->click();
     QVERIFY2(alerts.seen().isEmpty(), "no row, no question");
 
-    const QString question = QStringLiteral("Are you sure to delete?");
-    const QString warning = QStringLiteral("The operation is irreversible.");
+    const QString question = u"Are you sure to delete?"_s;
+    const QString warning = u"The operation is irreversible."_s;
     table->selectRow(0);
     alerts.expect(question, warning, QMessageBox::Cancel);
     button->click();

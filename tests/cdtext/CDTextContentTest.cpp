@@ -12,6 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr quint8 titlePack = 0x80;
+constexpr quint8 genrePack = 0x87;
 constexpr quint8 sizePack = 0x8f;
 
 }
@@ -23,10 +24,8 @@ class CDTextContentTest : public QObject
 private Q_SLOTS:
     void textsBecomeBytes_data();
     void textsBecomeBytes();
-    void dictionariesAndTracks_data();
-    void dictionariesAndTracks();
-    void genre_data();
-    void genre();
+    void payloads_data();
+    void payloads();
     void copyright_data();
     void copyright();
     void blocksAreValues();
@@ -84,55 +83,41 @@ void CDTextContentTest::textsBecomeBytes()
     QCOMPARE(payload(packs({ident}, 1), 0x86), "?"_ba.leftJustified(12, '\0'));
 }
 
-void CDTextContentTest::dictionariesAndTracks_data()
+void CDTextContentTest::payloads_data()
 {
-    QTest::addColumn<QStringList>("texts");
+    QTest::addColumn<QList<QVariantMap>>("dictionaries"); // of a disc of three tracks
+    QTest::addColumn<quint8>("type");
     QTest::addColumn<QByteArray>("bytes");
 
-    QTest::newRow("fewer than the tracks") << QStringList{u"D"_s, u"1"_s} << "D\0001\0\0\0"_ba;
-    QTest::newRow("more than the tracks")
-        << QStringList{u"D"_s, u"1"_s, u"2"_s, u"3"_s, u"4"_s} << "D\0001\0002\0003\0"_ba;
-    QTest::newRow("none in the middle")
-        << QStringList{u"D"_s, u"1"_s, u""_s, u"3"_s} << "D\0001\0\0003\0"_ba;
-    QTest::newRow("none of the disc") << QStringList{u""_s, u""_s, u"2"_s} << "\0\0002\0\0"_ba;
-    QTest::newRow("only beyond the tracks")
-        << QStringList{u""_s, u""_s, u""_s, u""_s, u"4"_s} << QByteArray();
+    const auto row = [](const char *tag, const QStringList &texts, const QByteArray &bytes) {
+        QTest::newRow(tag) << titles(texts) << titlePack << bytes;
+    };
+    row("fewer than the tracks", {u"D"_s, u"1"_s}, "D\0001\0\0\0"_ba);
+    row("more than the tracks", {u"D"_s, u"1"_s, u"2"_s, u"3"_s, u"4"_s}, "D\0001\0002\0003\0"_ba);
+    row("none in the middle", {u"D"_s, u"1"_s, u""_s, u"3"_s}, "D\0001\0\0003\0"_ba);
+    row("none of the disc", {u""_s, u""_s, u"2"_s}, "\0\0002\0\0"_ba);
+    row("only beyond the tracks", {u""_s, u""_s, u""_s, u""_s, u"4"_s}, {});
+
+    const auto genreRow = [](const char *tag, const QVariantMap &genre, const QByteArray &bytes) {
+        QVariantMap disc{{DRCDTextTitleKey, u"D"_s}};
+        disc.insert(genre);
+        QTest::newRow(tag) << QList{disc, disc} << genrePack << bytes;
+    };
+    genreRow("no genre", {}, {});
+    genreRow("low byte last", {{DRCDTextGenreCodeKey, 28}}, "\0\x1c"_ba);
+    genreRow("high byte first", {{DRCDTextGenreCodeKey, 0x0102}}, "\x01\x02"_ba);
+    genreRow("genre under the key of what was read", {{DRCDTextGenreKey, 5}}, {});
 }
 
-void CDTextContentTest::dictionariesAndTracks()
+void CDTextContentTest::payloads()
 {
-    QFETCH(QStringList, texts);
+    QFETCH(QList<QVariantMap>, dictionaries);
+    QFETCH(quint8, type);
     QFETCH(QByteArray, bytes);
 
     // Bytes alone: libcdio 2.1 gives the text behind an empty one to the wrong track.
-    const QByteArray made = packs({block(u"en"_s, titles(texts))}, 3);
-    QCOMPARE(payload(made, titlePack), bytes.isEmpty() ? bytes : bytes.leftJustified(12, '\0'));
-}
-
-void CDTextContentTest::genre_data()
-{
-    QTest::addColumn<QVariantMap>("disc");
-    QTest::addColumn<QByteArray>("bytes");
-
-    const QVariantMap title{{DRCDTextTitleKey, u"D"_s}};
-    const auto with = [title](QLatin1StringView key, int code) {
-        QVariantMap disc = title;
-        disc.insert(key, code);
-        return disc;
-    };
-    QTest::newRow("none") << title << QByteArray();
-    QTest::newRow("low byte last") << with(DRCDTextGenreCodeKey, 28) << "\0\x1c"_ba;
-    QTest::newRow("high byte first") << with(DRCDTextGenreCodeKey, 0x0102) << "\x01\x02"_ba;
-    QTest::newRow("under the key of what was read") << with(DRCDTextGenreKey, 5) << QByteArray();
-}
-
-void CDTextContentTest::genre()
-{
-    QFETCH(QVariantMap, disc);
-    QFETCH(QByteArray, bytes);
-
-    const QByteArray made = packs({block(u"en"_s, {disc, disc})}, 1);
-    QCOMPARE(payload(made, 0x87), bytes.isEmpty() ? bytes : bytes.leftJustified(12, '\0'));
+    const QByteArray made = packs({block(u"en"_s, dictionaries)}, 3);
+    QCOMPARE(payload(made, type), bytes.isEmpty() ? bytes : bytes.leftJustified(12, '\0'));
 }
 
 void CDTextContentTest::copyright_data()

@@ -173,3 +173,16 @@ QByteArrayList TreeTools::listing(const QByteArray &folder)
     std::sort(lines.begin(), lines.end());
     return lines;
 }
+
+QByteArrayList TreeTools::contents(const QByteArrayList &listing, bool withEmpty)
+{
+    QByteArrayList found;
+    for (const QByteArray &line : listing) {
+        const QByteArrayList words = line.split(' ');
+        if (words.value(words.size() - 3) == "100000"
+            && (withEmpty || words.value(words.size() - 2) != "0"))
+            found.append(words.last());
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}

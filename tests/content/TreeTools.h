@@ -38,4 +38,7 @@ void setMode(const QByteArray &path, unsigned mode);
 // One line for everything below a folder: path, kind, link target, size and content.
 [[nodiscard]] QByteArrayList listing(const QByteArray &folder);
 
+// The contents of the files of a listing, in order; of those that are not empty alone, if so asked.
+[[nodiscard]] QByteArrayList contents(const QByteArrayList &listing, bool withEmpty);
+
 }

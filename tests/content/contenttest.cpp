@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
 using namespace TreeTools;
 
 namespace {
@@ -45,7 +46,7 @@ class ContentTest : public QObject
     std::unique_ptr<QTemporaryDir> m_folder;
 
 private Q_SLOTS:
-    void init();
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void pieces_data();
     void pieces();
     void imageFile_data();
@@ -64,12 +65,6 @@ private Q_SLOTS:
     void fullDisk();
     void notWritable();
 };
-
-void ContentTest::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_folder->isValid());
-}
 
 void ContentTest::pieces_data()
 {
@@ -149,11 +144,8 @@ void ContentTest::imageFile()
 void ContentTest::notAnImageFile_data()
 {
     QTest::addColumn<QByteArray>("name");
-    QTest::newRow("missing") << QByteArray("missing");
-    QTest::newRow("empty") << QByteArray("empty");
-    QTest::newRow("a folder") << QByteArray("folder");
-    QTest::newRow("a pipe") << QByteArray("pipe");
-    QTest::newRow("unreadable") << QByteArray("unreadable");
+    for (const char *name : {"missing", "empty", "folder", "pipe", "unreadable"})
+        QTest::newRow(name) << QByteArray(name);
 }
 
 void ContentTest::notAnImageFile()
@@ -249,7 +241,7 @@ void ContentTest::spoiledSource()
     QCOMPARE(write(content, output()), QString());
     spoil(path("holiday.jpg"));
     for (const QString &reason : {write(content, output()), compare(content, output())})
-        QVERIFY2(reason.contains(QStringLiteral("holiday.jpg")), qPrintable(reason));
+        QVERIFY2(reason.contains(u"holiday.jpg"_s), qPrintable(reason));
 }
 
 void ContentTest::sourceChangesWhileRead_data()
@@ -278,7 +270,7 @@ void ContentTest::sourceChangesWhileRead()
     };
     const Result<> done = comparing ? content.compareWith(file.handle(), touch)
                                     : content.writeTo(file.handle(), touch);
-    QVERIFY2(done.error().contains(QStringLiteral("log.txt")), qPrintable(done.error()));
+    QVERIFY2(done.error().contains(u"log.txt"_s), qPrintable(done.error()));
 }
 
 void ContentTest::difference_data()
@@ -316,8 +308,7 @@ void ContentTest::difference()
     }
     file.close();
     const QString reason = compare(content, output());
-    QVERIFY2(reason.contains(QStringLiteral("Block %1 ").arg(position / block)),
-             qPrintable(reason));
+    QVERIFY2(reason.contains(u"Block %1 "_s.arg(position / block)), qPrintable(reason));
 }
 
 void ContentTest::cancel_data()
@@ -340,10 +331,10 @@ void ContentTest::cancel()
         int called = 0;
         const Result<> done = (content.*function)(file.handle(), [&](qint64) -> Result<> {
             if (++called == calls)
-                return Failure{QStringLiteral("enough")};
+                return Failure{u"enough"_s};
             return Done{};
         });
-        QCOMPARE(done.error(), QStringLiteral("enough"));
+        QCOMPARE(done.error(), u"enough"_s);
         QCOMPARE(called, calls);
     }
 }
@@ -365,7 +356,7 @@ void ContentTest::fullDisk()
     reasons << write(TrackContent(many, 2000), file);
     QCOMPARE(::umount2(disk.constData(), MNT_DETACH), 0);
     for (const QString &reason : std::as_const(reasons))
-        QCOMPARE(reason, QStringLiteral("No space left on device"));
+        QCOMPARE(reason, u"No space left on device"_s);
 }
 
 void ContentTest::notWritable()

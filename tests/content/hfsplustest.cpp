@@ -1,16 +1,17 @@
 #include "TestMain.h"
 
 #include "HfsVolume.h"
+#include "ImageFixture.h"
 #include "IsoImage.h"
 #include "LibraryStream.h"
 #include "OddTrees.h"
 #include "TreeTools.h"
 
 #include <QFile>
-#include <QTemporaryDir>
 
 #include <filesystem>
 
+using namespace Qt::StringLiterals;
 using namespace TreeTools;
 
 namespace {
@@ -25,38 +26,25 @@ void clearFileNumbers(QByteArray &bytes)
 
 }
 
-class HfsPlusTest : public QObject
+class HfsPlusTest : public ImageFixture
 {
     Q_OBJECT
 
-    [[nodiscard]] QByteArray path(const char *name) const
-    {
-        return QFile::encodeName(m_folder->filePath(QString::fromLatin1(name)));
-    }
-    [[nodiscard]] QByteArray source() const { return path("source"); }
-    [[nodiscard]] QByteArray image() const { return path("image.iso"); }
-    [[nodiscard]] QByteArray extracted() const { return path("extracted"); }
-
-    [[nodiscard]] QString makeImage(const QString &volumeName = QStringLiteral("TEST")) const;
+    [[nodiscard]] QString makeImage(const QString &volumeName = u"TEST"_s) const;
+    void verifyCatalogIsInOrder() const;
     [[nodiscard]] HfsVolume volume() const { return HfsVolume(readFile(cutHfsVolume(image()))); }
 
-    std::unique_ptr<QTemporaryDir> m_folder;
-
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void contentsAreThere_data();
+    void contentsAreThere_data() { addOddTrees(); }
     void contentsAreThere();
     void plainNamesAreThere();
-    void catalogIsInOrder_data() { contentsAreThere_data(); }
-    void catalogIsInOrder();
     void names_data();
     void names();
     void volumeNames_data();
     void volumeNames();
     void bookkeeping_data();
     void bookkeeping();
-    void isWhatTheLibraryStreams_data() { contentsAreThere_data(); }
+    void isWhatTheLibraryStreams_data() { addOddTrees(); }
     void isWhatTheLibraryStreams();
 };
 
@@ -64,26 +52,6 @@ QString HfsPlusTest::makeImage(const QString &volumeName) const
 {
     const Result<TrackContent> content = IsoImage::fromPath(source(), volumeName, IsoKind::Hybrid);
     return content ? write(content.value(), image()) : content.error();
-}
-
-void HfsPlusTest::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_folder->isValid());
-    makeFolder(source());
-}
-
-// QTemporaryDir does not find the names that are no text.
-void HfsPlusTest::cleanup()
-{
-    std::filesystem::remove_all(m_folder->path().toStdString());
-}
-
-void HfsPlusTest::contentsAreThere_data()
-{
-    QTest::addColumn<MakeTree>("make");
-    for (const OddTree &tree : oddTrees())
-        QTest::newRow(tree.name) << tree.make;
 }
 
 void HfsPlusTest::contentsAreThere()
@@ -94,17 +62,8 @@ void HfsPlusTest::contentsAreThere()
     QCOMPARE(makeImage(), QString());
     // 7-Zip leaves out links that lead out of the folder, and says so.
     std::ignore = run({"7zz", "x", "-bd", "-snld", "-o" + extracted(), cutHfsVolume(image())});
-    const auto contents = [](const QByteArrayList &lines) {
-        QByteArrayList found;
-        for (const QByteArray &line : lines) {
-            const QByteArrayList words = line.split(' ');
-            if (words.value(words.size() - 3) == "100000" && words.value(words.size() - 2) != "0")
-                found.append(words.last());
-        }
-        std::sort(found.begin(), found.end());
-        return found;
-    };
-    QCOMPARE(contents(listing(extracted())), contents(listing(source())));
+    QCOMPARE(contents(listing(extracted()), false), contents(listing(source()), false));
+    verifyCatalogIsInOrder();
 }
 
 // Links, empty files and folders, times of 255-byte names: whatever keeps its name.
@@ -125,11 +84,8 @@ void HfsPlusTest::plainNamesAreThere()
 
 // A system looks its files up in the catalog's tree, so that a name out of order is lost to it,
 // while 7-Zip reads one after the other.
-void HfsPlusTest::catalogIsInOrder()
+void HfsPlusTest::verifyCatalogIsInOrder() const
 {
-    QFETCH(MakeTree, make);
-    make(source());
-    QCOMPARE(makeImage(), QString());
     const HfsVolume hfs = volume();
     const QList<HfsVolume::Entry> entries = hfs.entries();
     QCOMPARE(qint64(entries.size()), qint64(hfs.fileCount()) + hfs.folderCount() + 1);
@@ -139,7 +95,7 @@ void HfsPlusTest::catalogIsInOrder()
         const bool inOrder = before.parent < here.parent
                              || (before.parent == here.parent
                                  && before.name.toLower().compare(here.name.toLower()) < 0);
-        QVERIFY2(inOrder, qPrintable(before.name + QStringLiteral(" before ") + here.name));
+        QVERIFY2(inOrder, qPrintable(before.name + u" before "_s + here.name));
     }
 }
 
@@ -147,23 +103,22 @@ void HfsPlusTest::names_data()
 {
     QTest::addColumn<QByteArrayList>("names");
     QTest::addColumn<QStringList>("expected");
-    QTest::newRow("composed") << QByteArrayList{"caf\xc3\xa9"} << QStringList{u"cafe\u0301"_qs};
-    QTest::newRow("not composed") << QByteArrayList{"cafe\xcc\x81"}
-                                  << QStringList{u"cafe\u0301"_qs};
+    QTest::newRow("composed") << QByteArrayList{"caf\xc3\xa9"} << QStringList{u"cafe\u0301"_s};
+    QTest::newRow("not composed") << QByteArrayList{"cafe\xcc\x81"} << QStringList{u"cafe\u0301"_s};
     QTest::newRow("both") << QByteArrayList{"caf\xc3\xa9", "cafe\xcc\x81"}
-                          << QStringList{u"cafe\u0301"_qs, u"cafe\u0301_"_qs};
+                          << QStringList{u"cafe\u0301"_s, u"cafe\u0301_"_s};
     QTest::newRow("case") << QByteArrayList{"FOO", "Foo", "foo"}
-                          << QStringList{u"FOO"_qs, u"Foo_"_qs, u"foo_0"_qs};
+                          << QStringList{u"FOO"_s, u"Foo_"_s, u"foo_0"_s};
     QTest::newRow("Korean") << QByteArrayList{"\xea\xb0\x81"}
-                            << QStringList{u"\u1100\u1161\u11a8"_qs};
+                            << QStringList{u"\u1100\u1161\u11a8"_s};
     QTest::newRow("beyond the first plane")
-        << QByteArrayList{"\xf0\x9f\x98\x80"} << QStringList{u"\U0001f600"_qs};
-    QTest::newRow("colon") << QByteArrayList{"a:b"} << QStringList{u"a/b"_qs};
+        << QByteArrayList{"\xf0\x9f\x98\x80"} << QStringList{u"\U0001f600"_s};
+    QTest::newRow("colon") << QByteArrayList{"a:b"} << QStringList{u"a/b"_s};
     QTest::newRow("what others forbid")
         << QByteArrayList{"*", "?", "\"", "\\", "<", ">", "|"}
-        << QStringList{u"\""_qs, u"*"_qs, u"<"_qs, u">"_qs, u"?"_qs, u"\\"_qs, u"|"_qs};
+        << QStringList{u"\""_s, u"*"_s, u"<"_s, u">"_s, u"?"_s, u"\\"_s, u"|"_s};
     const QString composed(127, u'\u01d5'); // three units each, decomposed
-    const QString decomposed = QStringLiteral("U\u0308\u0304");
+    const QString decomposed = u"U\u0308\u0304"_s;
     QTest::newRow("too long when decomposed")
         << QByteArrayList{composed.toUtf8()} << QStringList{decomposed.repeated(85)};
     QTest::newRow("too long, and alike")
@@ -171,8 +126,7 @@ void HfsPlusTest::names_data()
         << QStringList{decomposed.repeated(85), decomposed.toLower().repeated(84) + u'_'};
     QTest::newRow("255 units, case")
         << QByteArrayList{QByteArray(255, 'N'), QByteArray(255, 'n'), QByteArray(254, 'n') + 'N'}
-        << QStringList{QString(255, u'N'), QString(253, u'n') + u"_0"_qs,
-                       QString(254, u'n') + u'_'};
+        << QStringList{QString(255, u'N'), QString(253, u'n') + u"_0"_s, QString(254, u'n') + u'_'};
     QTest::newRow("255 bytes") << QByteArrayList{QByteArray(255, 'n')}
                                << QStringList{QString(255, u'n')};
 }
@@ -195,17 +149,17 @@ void HfsPlusTest::volumeNames_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("expected");
-    const QString accent = QStringLiteral("e\u0301");
-    QTest::newRow("short") << QStringLiteral("Photos") << QStringLiteral("Photos");
+    const QString accent = u"e\u0301"_s;
+    QTest::newRow("short") << u"Photos"_s << u"Photos"_s;
     QTest::newRow("longer than the other fields") << QString(200, u'n') << QString(200, u'n');
-    QTest::newRow("composed") << QStringLiteral("caf\u00e9") << QStringLiteral("cafe\u0301");
-    QTest::newRow("colon") << QStringLiteral("12:30") << QStringLiteral("12/30");
+    QTest::newRow("composed") << u"caf\u00e9"_s << u"cafe\u0301"_s;
+    QTest::newRow("colon") << u"12:30"_s << u"12/30"_s;
     QTest::newRow("full") << QString(255, u'n') << QString(255, u'n');
     QTest::newRow("too long") << QString(256, u'n') << QString(255, u'n');
     QTest::newRow("far too long") << QString(100'000, u'n') << QString(255, u'n');
     QTest::newRow("too long when decomposed") << QString(200, u'\u00e9') << accent.repeated(127);
     QTest::newRow("a character of two units, where the field ends")
-        << QString(QString(254, u'n') + QStringLiteral("\U0001f600")) << QString(254, u'n');
+        << QString(QString(254, u'n') + u"\U0001f600"_s) << QString(254, u'n');
 }
 
 void HfsPlusTest::volumeNames()
@@ -235,7 +189,7 @@ void HfsPlusTest::bookkeeping()
                                  static_cast<std::uintmax_t>(size));
     QCOMPARE(makeImage(), QString());
     const HfsVolume hfs = volume();
-    QCOMPARE(hfs.header().first(2), QByteArray("H+"));
+    QCOMPARE(hfs.header().first(2), "H+"_ba);
     QCOMPARE(hfs.secondHeader(), hfs.header());
     const QByteArray bitmap = hfs.bitmap();
     for (qint64 i = 0; i < bitmap.size() * 8; ++i) {
@@ -253,7 +207,7 @@ void HfsPlusTest::isWhatTheLibraryStreams()
     make(source());
     for (int attempt = 0;; ++attempt) {
         const Result<TrackContent> content =
-            IsoImage::fromPath(source(), QStringLiteral("TEST"), IsoKind::Hybrid);
+            IsoImage::fromPath(source(), u"TEST"_s, IsoKind::Hybrid);
         QVERIFY2(content, qPrintable(content.error()));
         QByteArray wanted = LibraryStream::hybrid(source());
         QCOMPARE(write(content.value(), image()), QString());

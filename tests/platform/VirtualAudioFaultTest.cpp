@@ -1,20 +1,15 @@
 #include "AudioDisc.h"
 #include "BurnRun.h"
 #include "DRCDTextKeys.h"
-#include "MediaTypes.h"
 #include "PackTools.h"
 #include "TestMain.h"
-#include "VirtualDrive.h"
+#include "VirtualBurnFaults.h"
 
 #include <QDir>
-
-#include <sys/mount.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QStringList nothing{u"medium.plist"_s};
 
 DRCDTextBlock titles(const QString &language, int lengthOfEach)
 {
@@ -25,48 +20,38 @@ DRCDTextBlock titles(const QString &language, int lengthOfEach)
 
 }
 
-class VirtualAudioFaultTest : public QObject
+class VirtualAudioFaultTest : public VirtualBurnFaults
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup() { m_drive.reset(); }
+    void init()
+    {
+        m_drive = std::make_unique<VirtualDrive>();
+        m_disc = std::make_unique<AudioDisc>(*m_drive);
+    }
 
     void refusedWithMediumUntouched_data();
     void refusedWithMediumUntouched();
-    void cancelledBeforeWriting();
     void mostThatFits();
     void sourceChangesMeanwhile_data();
     void sourceChangesMeanwhile();
     void discChangedBeforeVerifying_data();
     void discChangedBeforeVerifying();
-    void cancelled_data();
-    void cancelled();
-    void mediumPulledOut_data();
-    void mediumPulledOut();
-    void exchangedMediumIsNotTouched_data();
-    void exchangedMediumIsNotTouched();
     void fullDisk_data();
     void fullDisk();
     void speedIsKeptTo();
 
 private:
-    [[nodiscard]] VirtualRecorder &recorder() const { return m_drive->recorder(); }
-    [[nodiscard]] DRDevice device() const { return m_drive->device(); }
-    [[nodiscard]] BurnRequest request() const;
+    [[nodiscard]] BurnRequest request() const override;
+    [[nodiscard]] QStringList contentFiles() const override
+    {
+        return {u"disc.bin"_s, u"disc.cue"_s};
+    }
     void spoil(const QString &fault, BurnRequest &request) const;
-    void verifyUnusable() const;
 
-    std::unique_ptr<VirtualDrive> m_drive;
     std::unique_ptr<AudioDisc> m_disc;
 };
-
-void VirtualAudioFaultTest::init()
-{
-    m_drive = std::make_unique<VirtualDrive>();
-    m_disc = std::make_unique<AudioDisc>(*m_drive);
-}
 
 BurnRequest VirtualAudioFaultTest::request() const
 {
@@ -74,15 +59,6 @@ BurnRequest VirtualAudioFaultTest::request() const
     request.cdText = {titles(u"en"_s, 10)};
     request.verify = true;
     return request;
-}
-
-// As an aborted disc is: something is on it, and nothing can be read.
-void VirtualAudioFaultTest::verifyUnusable() const
-{
-    QVERIFY(device().mediaIsPresent());
-    QVERIFY(!device().mediaIsBlank());
-    QVERIFY(!device().mediaIsAppendable());
-    QCOMPARE(m_drive->mediumFiles(), nothing);
 }
 
 void VirtualAudioFaultTest::refusedWithMediumUntouched_data()
@@ -137,23 +113,7 @@ void VirtualAudioFaultTest::refusedWithMediumUntouched()
     QFETCH(const QString, reason);
     BurnRequest request = this->request();
     spoil(QString::fromLatin1(QTest::currentDataTag()), request);
-    BurnRun run;
-    const Result<> burned = run.burn(recorder(), request);
-    QVERIFY(!burned);
-    QVERIFY2(burned.error().contains(reason), qPrintable(burned.error()));
-    QCOMPARE(run.states(), QStringList());
-    QVERIFY(device().mediaIsBlank());
-    QCOMPARE(m_drive->mediumFiles(), nothing);
-}
-
-void VirtualAudioFaultTest::cancelledBeforeWriting()
-{
-    BurnRun run;
-    run.stop();
-    const Result<> burned = run.burn(recorder(), request());
-    QCOMPARE(burned.error(), u"The job was cancelled."_s);
-    QVERIFY(device().mediaIsBlank());
-    QCOMPARE(m_drive->mediumFiles(), nothing);
+    verifyRefused(request, reason);
 }
 
 void VirtualAudioFaultTest::mostThatFits()
@@ -221,15 +181,10 @@ void VirtualAudioFaultTest::discChangedBeforeVerifying()
     request.verify = verify;
     BurnRun run;
     run.at(DRStatusStateSessionClose, [this, position] {
-        QFile medium(m_drive->mediumFile(u"disc.bin.part"_s));
-        if (position < 0) {
-            QVERIFY(medium.resize(914 * 2352 + 2351));
-            return;
-        }
-        char byte = 0;
-        if (medium.open(QIODevice::ReadWrite) && medium.seek(position) && medium.getChar(&byte)
-            && medium.seek(position))
-            medium.putChar(static_cast<char>(byte ^ 1));
+        if (position < 0)
+            QVERIFY(QFile::resize(m_drive->mediumFile(u"disc.bin.part"_s), 914 * 2352 + 2351));
+        else
+            changeByte(u"disc.bin.part"_s, position);
     });
     const Result<> burned = run.burn(recorder(), request);
     QCOMPARE(static_cast<bool>(burned), !verify);
@@ -237,92 +192,6 @@ void VirtualAudioFaultTest::discChangedBeforeVerifying()
         return;
     QVERIFY2(burned.error().contains(reason), qPrintable(burned.error()));
     verifyUnusable();
-}
-
-void VirtualAudioFaultTest::cancelled_data()
-{
-    QTest::addColumn<QString>("state");
-    QTest::addColumn<bool>("verify");
-    for (const QLatin1StringView state :
-         {DRStatusStateSessionOpen, DRStatusStateTrackOpen, DRStatusStateTrackWrite,
-          DRStatusStateTrackClose, DRStatusStateSessionClose, DRStatusStateVerifying,
-          DRStatusStateFinishing})
-        QTest::newRow(state.data()) << QString(state) << true;
-    QTest::newRow("while the data are brought to the disk, nothing to verify")
-        << QString(DRStatusStateTrackClose) << false;
-}
-
-void VirtualAudioFaultTest::cancelled()
-{
-    QFETCH(const QString, state);
-    QFETCH(const bool, verify);
-    BurnRequest request = this->request();
-    request.verify = verify;
-    BurnRun run;
-    run.at(state, [&run] { run.stop(); });
-    const Result<> burned = run.burn(recorder(), request);
-    QCOMPARE(burned.error(), u"The job was cancelled."_s);
-    QVERIFY(run.states().last() == state
-            || !run.states().contains(QString(DRStatusStateFinishing)));
-    verifyUnusable();
-    QVERIFY(!device().status().value(DRDeviceIsBusyKey).toBool());
-    QVERIFY(recorder().eject());
-}
-
-void VirtualAudioFaultTest::mediumPulledOut_data()
-{
-    QTest::addColumn<QString>("state");
-    for (const QLatin1StringView state :
-         {DRStatusStateTrackWrite, DRStatusStateVerifying, DRStatusStateFinishing})
-        QTest::newRow(state.data()) << QString(state);
-}
-
-void VirtualAudioFaultTest::mediumPulledOut()
-{
-    QFETCH(const QString, state);
-    const QString aside = recorder().folder() + u"/aside"_s;
-    BurnRun run;
-    run.at(state, [&] { QVERIFY(QDir().rename(recorder().mediumFolder(), aside)); });
-    const Result<> burned = run.burn(recorder(), request());
-    QCOMPARE(burned.error(), u"The medium was taken out of the recorder."_s);
-    QVERIFY(!device().mediaIsPresent());
-
-    QVERIFY(QDir().rename(aside, recorder().mediumFolder())); // put in again
-    QVERIFY(!device().mediaIsBlank());
-    QVERIFY(!m_drive->mediumFiles().contains(u"disc.bin"_s));
-    QVERIFY(!m_drive->mediumFiles().contains(u"disc.cue"_s));
-    QVERIFY(BurnRun().erase(recorder(), EraseType::Complete));
-    QVERIFY(device().mediaIsBlank());
-    QCOMPARE(m_drive->mediumFiles(), nothing);
-}
-
-void VirtualAudioFaultTest::exchangedMediumIsNotTouched_data()
-{
-    mediumPulledOut_data();
-}
-
-void VirtualAudioFaultTest::exchangedMediumIsNotTouched()
-{
-    QFETCH(const QString, state);
-    VirtualMedium other = VirtualMedium::blank(*MediaTypes::find(DRDeviceMediaTypeCDR));
-    other.state = VirtualMedium::State::Complete;
-    other.audio = true;
-    const QStringList files{u"disc.bin"_s, u"disc.cue"_s, u"medium.plist"_s};
-    BurnRun run;
-    run.at(state, [&] {
-        QVERIFY(QDir().rename(recorder().mediumFolder(), recorder().folder() + u"/x"_s));
-        QVERIFY(QDir().mkpath(recorder().mediumFolder()));
-        QVERIFY(other.store(recorder().mediumFolder()));
-        for (const char *name : {"disc.bin", "disc.cue"})
-            QVERIFY(QFile::copy(m_drive->makeSource(u"other"_s, 10),
-                                m_drive->mediumFile(QString::fromLatin1(name))));
-    });
-    QVERIFY(!run.burn(recorder(), request()));
-    QCOMPARE(recorder().medium()->identifier, other.identifier);
-    QCOMPARE(recorder().medium()->state, VirtualMedium::State::Complete);
-    QCOMPARE(m_drive->mediumFiles(), files);
-    QCOMPARE(fileContent(m_drive->mediumFile(u"disc.bin"_s)).size(), 10);
-    QCOMPARE(fileContent(m_drive->mediumFile(u"disc.cue"_s)).size(), 10);
 }
 
 void VirtualAudioFaultTest::fullDisk_data()
@@ -339,29 +208,7 @@ void VirtualAudioFaultTest::fullDisk()
 {
     QFETCH(const QByteArray, size);
     QFETCH(const QString, filledAt);
-    const QByteArray folder = QFile::encodeName(recorder().mediumFolder());
-    const VirtualMedium medium = *recorder().medium();
-    if (::mount("none", folder.constData(), "tmpfs", 0, size.constData()) != 0)
-        QSKIP("needs the right to mount a file system");
-    const auto unmount = qScopeGuard([&folder] { ::umount2(folder.constData(), MNT_DETACH); });
-    QVERIFY(medium.store(recorder().mediumFolder()));
-    QVERIFY(device().mediaIsBlank());
-
-    QFile rest(m_drive->mediumFile(u"rest"_s));
-    BurnRun run;
-    run.at(filledAt, [&rest] {
-        QVERIFY(rest.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
-        while (rest.write(QByteArray(1024, 'x')) > 0) {
-        }
-    });
-    const Result<> burned = run.burn(recorder(), request());
-    QVERIFY(!burned);
-    QVERIFY2(burned.error().contains(u"No space left"_s), qPrintable(burned.error()));
-    QCOMPARE(rest.remove(), !filledAt.isEmpty());
-    if (filledAt != DRStatusStateSessionOpen)
-        return verifyUnusable();
-    QVERIFY(device().mediaIsBlank());
-    QCOMPARE(m_drive->mediumFiles(), nothing);
+    burnOnFullDisk(size.constData(), filledAt, request());
 }
 
 void VirtualAudioFaultTest::speedIsKeptTo()

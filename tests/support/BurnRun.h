@@ -34,6 +34,17 @@ public:
     [[nodiscard]] const QStringList &states() const { return m_states; }
     [[nodiscard]] const QList<double> &fractions() const { return m_fractions; }
 
+    // The states of a burn that ends well.
+    [[nodiscard]] static QStringList wholeBurn(bool verified)
+    {
+        QStringList states{DRStatusStateSessionOpen, DRStatusStateTrackOpen,
+                           DRStatusStateTrackWrite, DRStatusStateTrackClose,
+                           DRStatusStateSessionClose};
+        if (verified)
+            states.append(DRStatusStateVerifying);
+        return states << DRStatusStateFinishing;
+    }
+
 private:
     [[nodiscard]] JobReport makeReport()
     {

@@ -125,11 +125,12 @@ void FeedbackViewController::deleteAction()
         [this, id = m_data.at(row).ID] { wait([this, id] { remove(id); }); }, "Feedback");
 }
 
-// It may have been answered since the list was loaded.
+// It may have been answered since the list was loaded; where that cannot be asked, it stays.
 void FeedbackViewController::remove(const QString &id)
 {
-    const bool isForbidden = isAnswered(m_blSyncFeedback.getJson(id).value_or(FeedbackJson()));
-    const bool isRemoved = !isForbidden && m_blSyncFeedback.deleteByID(id);
+    const std::optional<FeedbackJson> current = m_blSyncFeedback.getJson(id);
+    const bool isForbidden = current && isAnswered(*current);
+    const bool isRemoved = current && !isForbidden && m_blSyncFeedback.deleteByID(id);
     m_waiting.end();
     if (isForbidden)
         tellThatItIsForbidden();

@@ -5,10 +5,12 @@
 #include <QSocketNotifier>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <span>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -36,9 +38,11 @@ void setHandler(std::span<const int> numbers, void (*handler)(int))
 // A handler may do next to nothing: the rest is done where the pipe is read.
 void handle(int)
 {
+    const int error = errno; // of what was interrupted
     setHandler(impatient, SIG_DFL);
     const char byte = 0;
     [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], &byte, 1);
+    errno = error;
 }
 
 }

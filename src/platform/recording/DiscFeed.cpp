@@ -1,9 +1,8 @@
 #include "DiscFeed.h"
 
 #include "PcmReader.h"
+#include "SectorDigest.h"
 #include "TrackPass.h"
-
-#include <QHashFunctions>
 
 #include <algorithm>
 #include <cstdlib>
@@ -130,7 +129,7 @@ void DiscFeed::remember(const QByteArray &sectors)
 {
     for (qsizetype at = 0; at < sectors.size(); at += sectorSize) {
         const char *sector = sectors.constData() + at;
-        m_digests.push_back(digestOf(sector));
+        m_digests.push_back(sectorDigest(sector));
         if (!m_hasMark)
             lookForMark(sector);
     }
@@ -155,11 +154,6 @@ void DiscFeed::lookForMark(const char *sector)
         m_markSector = static_cast<qint64>(m_digests.size()) - (markSize + before) / sectorSize;
     }
     m_recent.remove(0, sectorSize);
-}
-
-std::size_t DiscFeed::digestOf(const char *sector)
-{
-    return qHashBits(sector, sectorSize);
 }
 
 qint64 DiscFeed::blockSize() const

@@ -40,8 +40,6 @@ public:
     [[nodiscard]] const QByteArray &mark() const { return m_mark; }
     [[nodiscard]] qint64 markSector() const { return m_markSector; }
 
-    [[nodiscard]] static std::size_t digestOf(const char *sector);
-
     // Sectors by which a drive may read from a wrong address.
     static constexpr qint64 farthestShift = 3;
 

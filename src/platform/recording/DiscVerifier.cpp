@@ -1,6 +1,7 @@
 #include "DiscVerifier.h"
 
 #include "DRMSF.h"
+#include "SectorDigest.h"
 #include "TrackPass.h"
 
 #include <algorithm>
@@ -131,7 +132,7 @@ Result<> DiscVerifier::compareSectors(const DiscFeed &feed, qint64 first, qint64
         const qint64 at = sector * sectorSize + shift - from * sectorSize;
         if (at < 0 || at + sectorSize > read.value().size())
             continue;
-        if (DiscFeed::digestOf(read.value().constData() + at)
+        if (sectorDigest(read.value().constData() + at)
             != feed.digests().at(static_cast<size_t>(sector)))
             return Failure{
                 QStringLiteral("Verification found a difference in sector %1 of the disc (%2).")

@@ -199,34 +199,39 @@ double DriveDescription::maximumSpeed(const LibburnDrive &drive)
     return burn::burn_drive_get_write_speed(drive.handle());
 }
 
-QVariantMap DriveDescription::info(LibburnDrive &drive, const QString &systemPath)
+QVariantMap DriveDescription::derivedInfo(const QString &interconnect, const QVariantMap &writes)
 {
-    const burn::burn_drive_info &info = drive.info();
-    const auto text = [](const char *bytes) { return QString::fromLatin1(bytes).trimmed(); };
-    const QVariantMap writes = capabilities(drive);
-    const std::optional<QByteArray> removable = feature(drive, 0x03); // how media are loaded
-    const QString bus = interconnect(drive);
-    const bool external = bus == QLatin1String("USB") || bus == QLatin1String("FireWire");
-    const QLatin1StringView location = bus == QLatin1String("Unknown")
+    const bool external =
+        interconnect == QLatin1String("USB") || interconnect == QLatin1String("FireWire");
+    const QLatin1StringView location = interconnect == QLatin1String("Unknown")
                                            ? DRDevicePhysicalInterconnectLocationUnknown
                                        : external ? DRDevicePhysicalInterconnectLocationExternal
                                                   : DRDevicePhysicalInterconnectLocationInternal;
     const bool supported = writes.value(DRDeviceCanWriteKey).toBool();
-    return {{DRDeviceFirmwareRevisionKey, text(info.revision)},
-            {DRDeviceIORegistryEntryPathKey, systemPath},
-            {DRDeviceLoadingMechanismCanEjectKey, hasBit(removable, 0, 3)},
-            {DRDeviceLoadingMechanismCanInjectKey, hasBit(removable, 0, 5)},
-            {DRDeviceLoadingMechanismCanOpenKey, hasBit(removable, 0, 3)},
-            {DRDevicePhysicalInterconnectKey, bus},
+    return {{DRDevicePhysicalInterconnectKey, interconnect},
             {DRDevicePhysicalInterconnectLocationKey, QString(location)},
-            {DRDeviceProductNameKey, text(info.product)},
-            {DRDeviceProfilePathKey, drive.file().path()},
-            {DRDeviceSerialNumberKey, serialNumber(drive)},
             {DRDeviceSupportLevelKey,
              QString(supported ? DRDeviceSupportLevelSupported : DRDeviceSupportLevelUnsupported)},
-            {DRDeviceVendorNameKey, text(info.vendor)},
-            {DRDeviceWriteBufferSizeKey, info.buffer_size},
             {DRDeviceWriteCapabilitiesKey, writes}};
+}
+
+QVariantMap DriveDescription::info(LibburnDrive &drive, const QString &systemPath)
+{
+    const burn::burn_drive_info &info = drive.info();
+    const auto text = [](const char *bytes) { return QString::fromLatin1(bytes).trimmed(); };
+    const std::optional<QByteArray> removable = feature(drive, 0x03); // how media are loaded
+    QVariantMap result = derivedInfo(interconnect(drive), capabilities(drive));
+    result.insert({{DRDeviceFirmwareRevisionKey, text(info.revision)},
+                   {DRDeviceIORegistryEntryPathKey, systemPath},
+                   {DRDeviceLoadingMechanismCanEjectKey, hasBit(removable, 0, 3)},
+                   {DRDeviceLoadingMechanismCanInjectKey, hasBit(removable, 0, 5)},
+                   {DRDeviceLoadingMechanismCanOpenKey, hasBit(removable, 0, 3)},
+                   {DRDeviceProductNameKey, text(info.product)},
+                   {DRDeviceProfilePathKey, drive.file().path()},
+                   {DRDeviceSerialNumberKey, serialNumber(drive)},
+                   {DRDeviceVendorNameKey, text(info.vendor)},
+                   {DRDeviceWriteBufferSizeKey, info.buffer_size}});
+    return result;
 }
 
 std::optional<MediumDescription> DriveDescription::medium(LibburnDrive &drive)

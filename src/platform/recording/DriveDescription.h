@@ -14,6 +14,10 @@ namespace DriveDescription {
 // What never changes. systemPath: where the system has the device.
 [[nodiscard]] QVariantMap info(LibburnDrive &drive, const QString &systemPath);
 
+// What follows of that from how the drive is connected ("USB", "SATA"; "Unknown") and from its
+// write capabilities.
+[[nodiscard]] QVariantMap derivedInfo(const QString &interconnect, const QVariantMap &writes);
+
 // Null without a medium. Reads where volumes begin on media that can be overwritten, which libburn
 // takes for blank always.
 [[nodiscard]] std::optional<MediumDescription> medium(LibburnDrive &drive);

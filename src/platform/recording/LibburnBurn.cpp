@@ -246,8 +246,7 @@ public:
     enum class State { Working, Ended, Refused, Lost };
     [[nodiscard]] State look()
     {
-        burn::burn_progress progress = {};
-        m_status = burn::burn_drive_get_status(m_drive.handle(), &progress);
+        m_status = burn::burn_drive_get_status(m_drive.handle(), nullptr);
         const bool idle = m_status == burn::BURN_DRIVE_IDLE;
         if (idle && m_drive.messages().contains(LibburnDrive::writeThreadEnded))
             return State::Ended;

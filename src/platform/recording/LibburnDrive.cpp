@@ -29,8 +29,8 @@ QMap<QString, std::shared_ptr<LibburnDrive>> &abandoned()
     return *drives;
 }
 
-// libburn lets child processes inherit its open drives. A disc-image job that is started during a
-// burn would hold the drive until it ends.
+// libburn lets child processes inherit its open drives: a browser that is started to show a page
+// would hold the drive as long as it runs.
 void keepFromChildren(const DeviceFile &file)
 {
     struct stat device = {};

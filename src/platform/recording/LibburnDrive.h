@@ -5,8 +5,6 @@
 #include "DeviceFile.h"
 #include "LibburnMessages.h"
 
-#include <QList>
-
 #include <chrono>
 #include <memory>
 

@@ -2,8 +2,7 @@
 
 #include "DRMSF.h"
 #include "PcmReader.h"
-
-#include <QHashFunctions>
+#include "SectorDigest.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,11 +15,6 @@ namespace {
 constexpr qint64 sectorSize = AudioSource::sectorSize;
 constexpr qint64 compareAtOnce = 100;         // sectors
 constexpr qint64 startWritingEvery = 8 << 20; // bytes
-
-std::size_t digestOf(const char *sector)
-{
-    return qHashBits(sector, sectorSize);
-}
 
 Result<> writeAll(int file, const QByteArray &bytes)
 {
@@ -79,7 +73,7 @@ Result<> PcmDisc::writeTo(int fileDescriptor, const Advance &advance)
             continue;
         }
         for (qsizetype at = 0; at < sectors.size(); at += sectorSize)
-            m_digests.push_back(digestOf(sectors.constData() + at));
+            m_digests.push_back(sectorDigest(sectors.constData() + at));
         if (Result<> written = writeAll(fileDescriptor, sectors); !written)
             return written;
         position += sectors.size();
@@ -118,7 +112,7 @@ Result<> PcmDisc::compareWith(int fileDescriptor, const Advance &advance) const
 Result<> PcmDisc::compare(const char *sectors, qint64 count, qint64 first) const
 {
     for (qint64 i = 0; i < count; ++i)
-        if (digestOf(sectors + i * sectorSize) != m_digests.at(static_cast<size_t>(first + i)))
+        if (sectorDigest(sectors + i * sectorSize) != m_digests.at(static_cast<size_t>(first + i)))
             return Failure{
                 QStringLiteral("Verification found a difference in sector %1 of the disc (%2).")
                     .arg(first + i)

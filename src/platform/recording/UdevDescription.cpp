@@ -1,6 +1,7 @@
 #include "UdevDescription.h"
 
 #include "DRKeys.h"
+#include "DriveDescription.h"
 #include "MmcProfile.h"
 
 #include <QFileInfo>
@@ -60,24 +61,21 @@ QVariantMap infoOf(udev_device *device)
     };
     const QString path = text(udev_device_get_devnode(device));
     const QString model = told("model");
-    const QVariantMap writes = MmcProfile::writeCapabilities(profilesOf(device, "ID_CDROM_"));
-    const bool supported = writes.value(DRDeviceCanWriteKey).toBool();
     const QString bus = property(device, "ID_BUS");
     const QString interconnect = bus == QLatin1String("usb")    ? QStringLiteral("USB")
                                  : bus == QLatin1String("scsi") ? QStringLiteral("SCSI")
                                  : bus == QLatin1String("ata")  ? QStringLiteral("ATAPI")
                                                                 : QStringLiteral("Unknown");
-    // What only the drive itself knows is left out.
-    return {{DRDeviceFirmwareRevisionKey, told("rev")},
-            {DRDeviceIORegistryEntryPathKey, text(udev_device_get_syspath(device))},
-            {DRDevicePhysicalInterconnectKey, interconnect},
-            {DRDeviceSupportLevelKey,
-             QString(supported ? DRDeviceSupportLevelSupported : DRDeviceSupportLevelUnsupported)},
-            {DRDeviceProductNameKey, model.isEmpty() ? path : model},
-            {DRDeviceProfilePathKey, path},
-            {DRDeviceSerialNumberKey, property(device, "ID_SERIAL_SHORT")},
-            {DRDeviceVendorNameKey, told("vendor")},
-            {DRDeviceWriteCapabilitiesKey, writes}};
+    QVariantMap result = DriveDescription::derivedInfo(
+        interconnect, MmcProfile::writeCapabilities(profilesOf(device, "ID_CDROM_")));
+    // What only the drive itself knows, its loading mechanism and its buffer, is left out.
+    result.insert({{DRDeviceFirmwareRevisionKey, told("rev")},
+                   {DRDeviceIORegistryEntryPathKey, text(udev_device_get_syspath(device))},
+                   {DRDeviceProductNameKey, model.isEmpty() ? path : model},
+                   {DRDeviceProfilePathKey, path},
+                   {DRDeviceSerialNumberKey, property(device, "ID_SERIAL_SHORT")},
+                   {DRDeviceVendorNameKey, told("vendor")}});
+    return result;
 }
 
 // How much is on it and how much fits, the system does not know.

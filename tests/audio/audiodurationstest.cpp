@@ -4,9 +4,10 @@
 #include "AudioTools.h"
 #include "SoundFiles.h"
 
-#include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 
+#include <filesystem>
 #include <thread>
 #include <vector>
 
@@ -74,11 +75,10 @@ void AudioDurationsTest::remembered()
 {
     const QString file = m_files.make(u"remembered.mp3"_s, {});
     QCOMPARE(AudioDurations::seconds(file), 3);
-    QElapsedTimer timer;
-    timer.start();
-    for (int i = 0; i < 10'000; ++i)
-        QCOMPARE(AudioDurations::seconds(file), 3);
-    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+    const auto written = std::filesystem::last_write_time(file.toStdString());
+    m_files.write(u"remembered.mp3"_s, QByteArray(QFileInfo(file).size(), 'x'));
+    std::filesystem::last_write_time(file.toStdString(), written);
+    QCOMPARE(AudioDurations::seconds(file), 3); // looks as it did, so it is not read again
 }
 
 void AudioDurationsTest::severalThreads()

@@ -4,7 +4,6 @@
 #include "PcmReader.h"
 #include "SoundFiles.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QtEndian>
 
@@ -18,8 +17,6 @@ QString cancelled()
 {
     return u"The job was cancelled."_s;
 }
-
-constexpr int patience = 2000; // milliseconds
 
 }
 
@@ -136,15 +133,10 @@ void PcmReaderTest::stop()
 {
     std::stop_source stopping;
     const AudioSource longest = longSource(u"long.wav"_s);
-    QElapsedTimer timer;
-    {
-        PcmReader reader({longest, longest, longest}, stopping.get_token());
-        QVERIFY(reader.next());
-        timer.start();
-        stopping.request_stop();
-        QCOMPARE(reader.next().error(), cancelled());
-    }
-    QVERIFY(timer.elapsed() < patience);
+    PcmReader reader({longest, longest, longest}, stopping.get_token());
+    QVERIFY(reader.next());
+    stopping.request_stop();
+    QCOMPARE(reader.next().error(), cancelled());
 }
 
 void PcmReaderTest::stopBefore()
@@ -159,14 +151,11 @@ void PcmReaderTest::stopBefore()
 void PcmReaderTest::destruction()
 {
     const AudioSource longest = longSource(u"long.wav"_s);
-    QElapsedTimer timer;
-    timer.start();
     for (int i = 0; i < 20; ++i) {
         PcmReader reader({longest, longest}, {});
         if (i % 2 == 0)
             QVERIFY(reader.next());
     }
-    QVERIFY(timer.elapsed() < patience);
 }
 
 MAPLORN_TEST_MAIN(PcmReaderTest)

@@ -7,7 +7,6 @@
 #include "ServiceCall.h"
 #include "TestMain.h"
 
-#include <QElapsedTimer>
 #include <QScopeGuard>
 #include <QTcpSocket>
 #include <QTimer>

@@ -7,7 +7,6 @@
 #include "TestMain.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QScopeGuard>
 #include <QTcpSocket>
 #include <QTimer>
@@ -258,13 +257,10 @@ void FileStoreTest::fileThatVanishesIsSent()
 
 void FileStoreTest::fileThatShrinksIsNot()
 {
-    ServiceCall::limits().silentTime = 20'000;
+    ServiceCall::limits().silentTime = 3'600'000; // there is no waiting for the rest
     const QString path = write("a", QByteArray(largeSize, 'x'));
     connect(m_server.get(), &QTcpServer::newConnection, this, [&] { QFile::resize(path, 10); });
-    QElapsedTimer time;
-    time.start();
     QVERIFY(!MiscTool::uploadFile({}, {}, {}, {}, path));
-    QVERIFY2(time.elapsed() < 10'000, "it does not wait for the rest");
     QVERIFY(m_server->requests().isEmpty());
 }
 

@@ -7,13 +7,11 @@
 #include <QScopeGuard>
 
 #include <array>
-#include <atomic>
 #include <csignal>
 #include <fcntl.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <thread>
 #include <unistd.h>
 
 using namespace TreeTools;
@@ -46,7 +44,7 @@ class DiskImageFailureTest : public QObject
     [[nodiscard]] QByteArray path(const QByteArray &name) const { return m_run->path(name); }
     void without(const char *features);
     [[nodiscard]] bool onlyOldImage() const;
-    pid_t startWriting(QProcess &process) const;
+    pid_t startWriting(QProcess &process, const QByteArrayList &words) const;
 
     std::unique_ptr<DiskImageRun> m_run;
     const QByteArrayList m_words{"makehybrid", "-ov", "-quiet", "-o", "out/old.iso", "source"};
@@ -95,12 +93,12 @@ bool DiskImageFailureTest::onlyOldImage() const
 }
 
 // Returns when a part of the image, of 300 MB, is written.
-pid_t DiskImageFailureTest::startWriting(QProcess &process) const
+pid_t DiskImageFailureTest::startWriting(QProcess &process, const QByteArrayList &words) const
 {
     const QByteArray content = noise(30'000'000);
     for (int i = 0; i < 10; ++i)
         makeFile(path("source/") + QByteArray::number(i), content);
-    m_run->prepare(process, m_words);
+    m_run->prepare(process, words);
     process.start();
     process.waitForStarted();
     const auto id = static_cast<pid_t>(process.processId());
@@ -129,7 +127,7 @@ void DiskImageFailureTest::signalled()
     if (!nameless)
         without("tmpfile");
     QProcess process;
-    const pid_t id = startWriting(process);
+    const pid_t id = startWriting(process, m_words);
     ::kill(id, SIGUSR1); // neither ends it nor keeps the next one from doing so
     ::kill(id, signal);
     const DiskImageRun::Outcome outcome = DiskImageRun::finish(process);
@@ -155,7 +153,7 @@ void DiskImageFailureTest::ignoredSignalStaysIgnored()
 {
     QProcess process;
     process.setChildProcessModifier([] { std::signal(SIGHUP, SIG_IGN); });
-    ::kill(startWriting(process), SIGHUP);
+    ::kill(startWriting(process, m_words), SIGHUP);
     QCOMPARE(DiskImageRun::finish(process).text(), QByteArray("status 0, output , errors "));
     QVERIFY(readFile(path("out/old.iso")).size() > 300'000'000);
 }
@@ -166,7 +164,7 @@ void DiskImageFailureTest::twoAtATime()
     without("tmpfile");
     makeFolder(path("empty"));
     QProcess process;
-    const pid_t id = startWriting(process);
+    const pid_t id = startWriting(process, m_words);
     ::kill(id, SIGSTOP);
     QCOMPARE(m_run->run({"makehybrid", "-o", "out/new.iso", "empty"}).exitCode, 0);
     ::kill(id, SIGCONT);
@@ -203,26 +201,17 @@ void DiskImageFailureTest::shrinkingSource_data()
     QTest::newRow("HFS+") << true;
 }
 
-// Shrinks from before the scan to the end, so that it does between the two whatever their times.
+// Between the scan and its turn, for the large files come before it.
 void DiskImageFailureTest::shrinkingSource()
 {
     QFETCH(bool, hfs);
-    makeFile(path("source/first"), noise(60'000'000));
     makeFile(path("source/holiday.mkv"), noise(2'000'000));
-    std::atomic<bool> enough = false;
-    std::thread shrinking([&enough, file = path("source/holiday.mkv")] {
-        for (off_t size = 1'999'000; size > 1000 && !enough; size -= 10) {
-            if (::truncate(file.constData(), size) != 0)
-                return;
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-    });
-    QByteArrayList words = m_words;
-    if (hfs)
-        words.append("-hfs");
-    const DiskImageRun::Outcome outcome = m_run->run(words);
-    enough = true;
-    shrinking.join();
+    QProcess process;
+    const pid_t id = startWriting(process, hfs ? m_words + QByteArrayList{"-hfs"} : m_words);
+    ::kill(id, SIGSTOP);
+    QCOMPARE(::truncate(path("source/holiday.mkv").constData(), 1'900'000), 0);
+    ::kill(id, SIGCONT);
+    const DiskImageRun::Outcome outcome = DiskImageRun::finish(process);
     QVERIFY2(outcome.failedWith("source/holiday.mkv: the file has changed"),
              outcome.text().constData());
     QVERIFY(onlyOldImage());

@@ -9,10 +9,21 @@
 
 #include <QFile>
 
+#include <ctime>
 #include <filesystem>
 
 using namespace Qt::StringLiterals;
 using namespace TreeTools;
+
+// Stands before the C library's for all that is linked here: two images of the same files, made one
+// after the other, bear the same time.
+extern "C" time_t time(time_t *result) noexcept
+{
+    constexpr time_t now = 1'700'000'000;
+    if (result)
+        *result = now;
+    return now;
+}
 
 namespace {
 
@@ -205,6 +216,7 @@ void HfsPlusTest::isWhatTheLibraryStreams()
 {
     QFETCH(MakeTree, make);
     make(source());
+    // Once more where the first reading has set the times of the folders' last access.
     for (int attempt = 0;; ++attempt) {
         const Result<TrackContent> content =
             IsoImage::fromPath(source(), u"TEST"_s, IsoKind::Hybrid);
@@ -229,7 +241,7 @@ void HfsPlusTest::isWhatTheLibraryStreams()
             return;
         const qint64 at =
             std::mismatch(found.cbegin(), found.cend(), wanted.cbegin()).first - found.cbegin();
-        QVERIFY2(attempt < 3, QByteArray::number(at).constData()); // the second may have changed
+        QVERIFY2(attempt < 3, QByteArray::number(at).constData());
     }
 }
 

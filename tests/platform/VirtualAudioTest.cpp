@@ -197,7 +197,9 @@ void VirtualAudioTest::tocIsReadByOthers()
 {
     burn(eightLanguages);
     for (const QString &command : {u"show-toc"_s, u"read-test"_s}) {
-        const QByteArray printed = outputOf(u"cdrdao"_s, {command, path("disc.toc")});
+        QByteArray printed = outputOf(u"cdrdao"_s, {command, path("disc.toc")});
+        // Told to an ordinary user, and not about the disc.
+        printed.replace("WARNING: No super user permission to setup real time scheduling.", "");
         QVERIFY2(!printed.contains("ERROR") && !printed.contains("WARNING"), printed.constData());
         for (const char *end : {"00:04:01", "00:08:11", "00:12:16"})
             QVERIFY2(printed.contains(end) == (command == "show-toc"_L1), printed.constData());

@@ -123,11 +123,17 @@ Result<> Database::open()
 
 Result<> Database::makeSchema()
 {
+    m_connection.transaction(); // the disk is waited for once
     for (const QString &statement : schema()) {
         QSqlQuery query(m_connection);
-        if (!query.exec(statement))
-            return Failure{QStringLiteral("%1: %2").arg(databaseFile, query.lastError().text())};
+        if (query.exec(statement))
+            continue;
+        const QString reason = query.lastError().text();
+        m_connection.rollback();
+        return Failure{QStringLiteral("%1: %2").arg(databaseFile, reason)};
     }
+    if (!m_connection.commit())
+        return Failure{QStringLiteral("%1: %2").arg(databaseFile, m_connection.lastError().text())};
     return Done{};
 }
 

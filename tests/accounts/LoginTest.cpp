@@ -251,7 +251,7 @@ void LoginTest::twoClicksSubmitOnce()
     {
         RecordingServer server;
         server.setRawReply({});
-        ServiceCall::limits().silentTime = 300;
+        ServiceCall::limits().silentTime = 2000;
         AlertRecorder recorder;
         recorder.expect(noUser, noUserHelp);
         enter(QStringLiteral("anna"), QStringLiteral("x"));

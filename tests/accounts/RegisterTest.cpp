@@ -356,7 +356,7 @@ void RegisterTest::closesButNotWhileWaiting()
     {
         RecordingServer server;
         server.setRawReply({});
-        ServiceCall::limits().silentTime = 300;
+        ServiceCall::limits().silentTime = 2000;
         AlertRecorder recorder;
         recorder.expect("Fail to register.", "Please try again later.");
         m_form->click("createButtonOfMoreDetailItem");

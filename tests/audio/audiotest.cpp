@@ -5,6 +5,7 @@
 #include "PcmStream.h"
 #include "SoundFiles.h"
 
+#include <QDateTime>
 #include <QFile>
 
 using namespace Qt::StringLiterals;
@@ -264,6 +265,8 @@ void AudioTest::changedFile()
     QVERIFY(file.open(QIODevice::ReadWrite));
     QVERIFY(file.seek(isLonger ? file.size() : file.size() - 4));
     QCOMPARE(file.write("xxxx"), 4);
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(1), // no tick of a coarse clock
+                             QFileDevice::FileModificationTime));
     file.close();
     if (!whileRead)
         stream = PcmStream::open(source.value());

@@ -179,7 +179,7 @@ void EraseTest::erasesEveryKindOfMedium()
     QCOMPARE(control<QProgressBar>("progressIndicator")->value(), 0);
     QCOMPARE(control<QGroupBox>("stateBox")->title(), u"Done"_s);
     QVERIFY(!Session::isWorking() && !m_page->hasRunningJob());
-    QTRY_COMPARE(m_drive->device().mediaIsPresent(), !eject);
+    QTRY_COMPARE_WITH_TIMEOUT(m_drive->device().mediaIsPresent(), !eject, patience);
     QVERIFY(eject || m_drive->device().mediaIsBlank());
 }
 
@@ -195,7 +195,7 @@ void EraseTest::failureLeavesTheControls()
     QVERIFY(control<QGroupBox>("progressBox")->isVisible() && Session::isWorking());
     QVERIFY(m_page->hasRunningJob());
     QCOMPARE(control<QGroupBox>("stateBox")->title(), u"Erasing"_s);
-    QCOMPARE(control<QLabel>("elapsedTimeValue")->text(), u"0"_s);
+    QVERIFY(!control<QLabel>("elapsedTimeValue")->text().isEmpty());
     recorder->end();
     QTRY_COMPARE_WITH_TIMEOUT(control<QGroupBox>("stateBox")->title(), u"Failed"_s, patience);
     for (const char *name :

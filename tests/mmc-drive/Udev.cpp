@@ -157,8 +157,10 @@ const char *udev_device_get_property_value(udev_device *, const char *key)
     if (name == "ID_SERIAL_SHORT")
         return "MMC0001";
     Controls::instance()->takeInsertions();
-    const mmc::Medium &medium = Controls::instance()->registers().medium;
-    if (!medium.isPresent() || !name.starts_with(prefix.substr(0, prefix.size() - 1)))
+    const mmc::Registers &registers = Controls::instance()->registers();
+    const mmc::Medium &medium = registers.medium;
+    if (!medium.isPresent() || registers.trayOpen
+        || !name.starts_with(prefix.substr(0, prefix.size() - 1)))
         return nullptr;
     if (name == "ID_CDROM_MEDIA_STATE")
         return medium.isBlank() && !medium.kind().overwritable  ? "blank"

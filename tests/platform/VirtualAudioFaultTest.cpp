@@ -5,6 +5,7 @@
 #include "TestMain.h"
 #include "VirtualBurnFaults.h"
 
+#include <QDateTime>
 #include <QDir>
 
 using namespace Qt::StringLiterals;
@@ -151,6 +152,10 @@ void VirtualAudioFaultTest::sourceChangesMeanwhile()
         else
             m_drive->storeSource(u"third.wav"_s,
                                  WavTracks::wav(WavTracks::noise((before.size() - 44) / 4, 9)));
+        QFile changed(source); // later by more than a tick of a coarse clock
+        if (changed.open(QIODevice::ReadWrite | QIODevice::ExistingOnly))
+            changed.setFileTime(QDateTime::currentDateTime().addSecs(1),
+                                QFileDevice::FileModificationTime);
     });
     const Result<> burned = run.burn(recorder(), request());
     QVERIFY(!burned);

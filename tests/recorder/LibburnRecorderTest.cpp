@@ -254,7 +254,7 @@ void LibburnRecorderTest::cancelled_data()
 void LibburnRecorderTest::cancelled()
 {
     QFETCH(const QString, state);
-    m_drive->emulated().setFaults(QStringLiteral("pace 20000"));
+    m_drive->emulated().setFaults(QStringLiteral("pace 8000"));
     BurnRequest request = m_drive->imageOf(4000 * blockSize);
     request.verify = true;
     BurnRun run;

@@ -183,7 +183,8 @@ void RecorderMonitorTest::comesAndGoes()
     QVERIFY(m_drive->device().isValid());
     QCOMPARE(m_drive->device().mediaType(), QString(DRDeviceMediaTypeDVDPlusRW));
     QVERIFY(m_drive->device().ejectMedia());
-    QTRY_VERIFY(!m_drive->device().mediaIsPresent() && m_drive->device().trayIsOpen());
+    QTRY_VERIFY_WITH_TIMEOUT(!m_drive->device().mediaIsPresent() && m_drive->device().trayIsOpen(),
+                             20'000);
 }
 
 MAPLORN_TEST_MAIN(RecorderMonitorTest)

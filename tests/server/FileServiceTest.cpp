@@ -105,12 +105,13 @@ QByteArray FileServiceTest::ask(const QByteArray &request) const
         return {};
     socket.write(request);
     QByteArray answer;
-    while (!answer.contains("\r\n\r\n") && socket.waitForReadyRead(5000))
+    constexpr int patience = 60'000; // ms: an upload waits for the disk
+    while (!answer.contains("\r\n\r\n") && socket.waitForReadyRead(patience))
         answer += socket.readAll();
     const qsizetype field = answer.indexOf("Content-Length: ") + 16;
     const qsizetype size = answer.indexOf("\r\n\r\n") + 4
                            + answer.mid(field, answer.indexOf('\r', field) - field).toLongLong();
-    while (answer.size() < size && socket.waitForReadyRead(5000))
+    while (answer.size() < size && socket.waitForReadyRead(patience))
         answer += socket.readAll();
     return answer;
 }
@@ -413,9 +414,10 @@ void FileServiceTest::everybodyAtOnce()
                 (void)ask("POST /UploadService?servicePassword=secret&companyID=5&file=x" + tail
                           + "Content-Length: 100000\r\n\r\n" + QByteArray(100'000, letter));
                 const QByteArray got = ask("GET /Resource/5/x" + tail + "\r\n");
-                const QByteArray body = got.sliced(got.indexOf("\r\n\r\n") + 4);
+                const qsizetype head = got.indexOf("\r\n\r\n") + 4;
+                const QByteArray body = got.mid(head);
                 const bool isWhole =
-                    body.isEmpty()
+                    (head > 4 && body.isEmpty())
                     || (body.size() == 100'000 && body.count(body.front()) == 100'000);
                 ++(isWhole ? whole : torn);
                 if (i % 3 == 0)

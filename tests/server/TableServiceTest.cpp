@@ -372,6 +372,8 @@ namespace {
 class Load
 {
 public:
+    static constexpr int patience = 60'000; // ms: each insert waits for the disk
+
     explicit Load(quint16 port)
     {
         for (int i = 0; i < 16; ++i)
@@ -397,7 +399,7 @@ private:
     {
         QTcpSocket socket;
         socket.connectToHost(QHostAddress::LocalHost, port);
-        for (int i = 0; socket.waitForConnected(1000); ++i) {
+        for (int i = 0; socket.waitForConnected(patience); ++i) {
             const QByteArray text = "c" + QByteArray::number(client) + "n" + QByteArray::number(i);
             const QByteArray body = "{\"Answer\":\"" + text + "\"}";
             socket.write("POST /FeedbackService?servicePassword=secret&operation=INSERT HTTP/1.1"
@@ -405,7 +407,7 @@ private:
                          + QByteArray::number(body.size()) + "\r\n\r\n" + body);
             QByteArray reply;
             while (!reply.endsWith("true") && !reply.endsWith("false")
-                   && socket.waitForReadyRead(5000))
+                   && socket.waitForReadyRead(patience))
                 reply += socket.readAll();
             if (!reply.endsWith("true"))
                 return;
@@ -435,7 +437,7 @@ void TableServiceTest::endAnswersWhatRuns()
 {
     QVERIFY(BLSyncFeedback().remove(QStringLiteral("1=1")));
     Load load(m_service.port());
-    QTRY_VERIFY(load.isUnderWay());
+    QTRY_VERIFY_WITH_TIMEOUT(load.isUnderWay(), Load::patience);
     QCOMPARE(m_service.end(), 0);
     const QStringList answered = load.answered();
     m_service.start();
@@ -446,7 +448,7 @@ void TableServiceTest::endAnswersWhatRuns()
 void TableServiceTest::killLosesNoAnsweredInsert()
 {
     Load load(m_service.port());
-    QTRY_VERIFY(load.isUnderWay());
+    QTRY_VERIFY_WITH_TIMEOUT(load.isUnderWay(), Load::patience);
     m_service.kill();
     const QStringList answered = load.answered();
     m_service.start();

@@ -201,10 +201,10 @@ void BLSyncTest::silenceEnds()
     };
     MainQueue::async(this, task);
     QTRY_COMPARE(calls, 1);
-    QCOMPARE(m_server->requests().size(), 1);
+    QTRY_COMPARE(m_server->requests().size(), 1);
     MainQueue::async(this, task);
     QTRY_COMPARE(calls, 2);
-    QCOMPARE(m_server->requests().size(), 2);
+    QTRY_COMPARE(m_server->requests().size(), 2);
 }
 
 void BLSyncTest::endlessReplyEnds()

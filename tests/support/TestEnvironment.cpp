@@ -20,6 +20,7 @@ TestEnvironment::TestEnvironment()
     QFile::setPermissions(m_home.filePath(QStringLiteral("run")),
                           QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     qputenv("LC_ALL", "C.UTF-8");
+    qputenv("TZ", "UTC"); // no hour comes twice
     qunsetenv("LANGUAGE");
     qunsetenv("QT_QPA_PLATFORMTHEME");
     qunsetenv("QT_STYLE_OVERRIDE");

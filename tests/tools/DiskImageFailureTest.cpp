@@ -92,7 +92,8 @@ bool DiskImageFailureTest::onlyOldImage() const
            && readFile(path("out/old.iso")) == "the image that was there";
 }
 
-// Returns when a part of the image, of 300 MB, is written.
+// Returns when a part of the image, of 300 MB, is written. The program yields to us, so that it is
+// not done before we have had our turn again.
 pid_t DiskImageFailureTest::startWriting(QProcess &process, const QByteArrayList &words) const
 {
     const QByteArray content = noise(30'000'000);
@@ -102,8 +103,11 @@ pid_t DiskImageFailureTest::startWriting(QProcess &process, const QByteArrayList
     process.start();
     process.waitForStarted();
     const auto id = static_cast<pid_t>(process.processId());
-    while (!writesIn(id, path("out")) && process.state() == QProcess::Running)
-        process.waitForFinished(1);
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(id), 19);
+    while (!writesIn(id, path("out"))) {
+        if (process.waitForFinished(1))
+            qFatal("it has ended: %s", DiskImageRun::finish(process).text().constData());
+    }
     return id;
 }
 

@@ -224,10 +224,11 @@ void EraseTest::erasesWhatWasConfirmed()
     m_drive->service().attach(other);
     show();
     auto *devices = control<QComboBox>("devicesPopUp");
-    devices->setCurrentIndex(1);
+    devices->setCurrentText(other->displayName());
     AlertRecorder alerts;
     erase(alerts);
-    devices->setCurrentIndex(0); // as another recorder that comes has it
+    devices->setCurrentText(
+        m_drive->device().displayName()); // as another recorder that comes has it
     QTRY_COMPARE(control<QProgressBar>("progressIndicator")->value(), 50);
     QVERIFY(alerts.isDone() && !m_drive->device().mediaIsBlank());
     other->end();

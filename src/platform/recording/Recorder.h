@@ -34,6 +34,9 @@ public:
 
     [[nodiscard]] virtual QString displayName() const = 0;
 
+    // One that writes into files: it stands behind those that burn discs.
+    [[nodiscard]] virtual bool isVirtual() const { return false; }
+
     // The maps of keys in DRKeys.h: what never changes, and what does.
     [[nodiscard]] virtual QVariantMap info() const = 0;
     [[nodiscard]] virtual QVariantMap status() const = 0;
@@ -56,6 +59,9 @@ public:
 
     // Refused while a job runs, here or in another program.
     [[nodiscard]] virtual Result<> eject() = 0;
+
+    // Rises with each change of the medium that the recorder hears of.
+    [[nodiscard]] virtual int mediumChanges() const { return 0; }
 
     // Media that can be inserted by command; empty for a recorder with a real tray.
     [[nodiscard]] virtual QStringList insertableMedia() const { return {}; }

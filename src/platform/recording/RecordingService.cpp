@@ -38,7 +38,10 @@ void RecordingService::attach(const std::shared_ptr<Recorder> &recorder)
     if (std::ranges::find(m_recorders, recorder) == m_recorders.end())
         m_recorders.push_back(recorder);
     const DRDevice device(recorder);
-    m_devices.append(device);
+    const auto firstVirtual =
+        std::find_if(m_devices.cbegin(), m_devices.cend(),
+                     [](const DRDevice &other) { return other.recorder()->isVirtual(); });
+    m_devices.insert(recorder->isVirtual() ? m_devices.cend() : firstVirtual, device);
     m_center.postNotification({DRDeviceAppearedNotification, QVariant::fromValue(device), {}});
 }
 

@@ -34,6 +34,7 @@ public:
     [[nodiscard]] Result<QString> takeOut();
     [[nodiscard]] Result<QString> insertBlank(const MediaType &type);
 
+    [[nodiscard]] bool isVirtual() const override { return true; }
     [[nodiscard]] QString displayName() const override;
     [[nodiscard]] QVariantMap info() const override;
     [[nodiscard]] QVariantMap status() const override;

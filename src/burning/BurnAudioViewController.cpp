@@ -60,7 +60,11 @@ void BurnAudioViewController::connectControls()
     connect(m_ui->cdtextButton, &QAbstractButton::clicked, this,
             [this] { setCDText(Sender::Button); });
     connect(m_ui->speedPopUp, &QComboBox::activated, this, &Self::burnSpeedAction);
-    connect(m_ui->devicesPopUp, &QComboBox::activated, this, &Self::showMedium);
+    connect(m_ui->devicesPopUp, &QComboBox::activated, this, [this] {
+        showMedium();
+        if (!m_tracks.isEmpty())
+            updateCapacity();
+    });
     m_ui->table->setTakesFiles([this](const QStringList &paths) {
         return m_ui->addButton->isEnabled() && !AudioTracks::accepted(paths).isEmpty();
     });

@@ -2,8 +2,6 @@
 
 #include "LibburnMessages.h"
 
-#include <QMutex>
-
 #include <array>
 #include <cstdlib>
 #include <memory>
@@ -111,8 +109,7 @@ std::optional<QByteArray> packs(const QList<LibburnPacks::Block> &blocks, int tr
 
 Result<QByteArray> LibburnPacks::make(const QList<Block> &blocks, int trackCount)
 {
-    static QMutex mutex;
-    const QMutexLocker locker(&mutex);
+    const QMutexLocker locker(&LibburnMessages::besideDrives());
     const LibburnMessages messages;
     const std::optional<QByteArray> made = packs(blocks, trackCount);
     const QString message = messages.complaint();

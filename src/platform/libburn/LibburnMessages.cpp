@@ -44,6 +44,22 @@ bool LibburnMessages::isReady()
     return ready;
 }
 
+QMutex &LibburnMessages::besideDrives()
+{
+    static QMutex mutex;
+    return mutex;
+}
+
+void LibburnMessages::restart()
+{
+    const QMutexLocker others(&besideDrives());
+    const std::lock_guard lock(mutex);
+    drain();
+    burn::burn_finish();
+    if (!initialize())
+        qFatal("libburn does not begin again");
+}
+
 void LibburnMessages::setMuted(int code, bool muted)
 {
     const std::lock_guard lock(mutex);

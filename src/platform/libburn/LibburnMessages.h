@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QList>
+#include <QMutex>
 #include <QString>
 
 #include <deque>
@@ -26,6 +27,13 @@ public:
     // From now on nobody gets messages of that code, or everybody does again: they do not tell
     // which drive they are about.
     static void setMuted(int code, bool muted);
+
+    // Has libburn begin anew, with no drive in its list. Only while none is open, on the thread
+    // that serves the drives.
+    static void restart();
+
+    // Held by who uses libburn on any other thread.
+    [[nodiscard]] static QMutex &besideDrives();
 
     // False where libburn could not be initialized.
     [[nodiscard]] static bool isReady();

@@ -5,11 +5,13 @@
 #include <QFile>
 #include <QMap>
 
+#include <algorithm>
 #include <array>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <thread>
+#include <unistd.h>
 
 #include <libburn/libburn.h>
 
@@ -29,22 +31,39 @@ QMap<QString, std::shared_ptr<LibburnDrive>> &abandoned()
     return *drives;
 }
 
-// libburn lets child processes inherit its open drives: a browser that is started to show a page
-// would hold the drive as long as it runs.
-void keepFromChildren(const DeviceFile &file)
+// Those of this program that have the device file open.
+QList<int> descriptorsOf(const DeviceFile &file)
 {
     struct stat device = {};
     if (::stat(QFile::encodeName(file.path()).constData(), &device) != 0)
-        return;
+        return {};
+    QList<int> descriptors;
     const QStringList open =
         QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::Files | QDir::System);
     for (const QString &name : open) {
         struct stat status = {};
-        const int descriptor = name.toInt();
-        if (::fstat(descriptor, &status) == 0 && S_ISBLK(status.st_mode)
+        if (::fstat(name.toInt(), &status) == 0 && S_ISBLK(status.st_mode)
             && status.st_rdev == device.st_rdev)
-            ::fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+            descriptors.append(name.toInt());
     }
+    return descriptors;
+}
+
+// libburn lets child processes inherit its open drives: a browser that is started to show a page
+// would hold the drive as long as it runs.
+void keepFromChildren(const DeviceFile &file)
+{
+    for (const int descriptor : descriptorsOf(file))
+        ::fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+}
+
+// A drive that did not even say what it is stays in libburn's list, open and out of reach, so that
+// its path could not be used again: libburn begins anew.
+void forgetDrives(const DeviceFile &file)
+{
+    LibburnMessages::restart();
+    for (const int descriptor : descriptorsOf(file))
+        ::close(descriptor);
 }
 
 }
@@ -60,8 +79,12 @@ Result<std::shared_ptr<LibburnDrive>> LibburnDrive::open(const DeviceFile &file)
     QByteArray path = QFile::encodeName(file.path());
     std::array<char, BURN_DRIVE_ADR_LEN> address{};
     if (burn::burn_drive_convert_fs_adr(path.data(), address.data()) <= 0
-        || burn::burn_drive_scan_and_grab(&drive->m_infos, address.data(), 0) <= 0)
-        return drive->failure(QStringLiteral("The recorder cannot be used"));
+        || burn::burn_drive_scan_and_grab(&drive->m_infos, address.data(), 0) <= 0) {
+        const Failure failure = drive->failure(QStringLiteral("The recorder cannot be used"));
+        if (!drive->m_infos && abandoned().isEmpty())
+            forgetDrives(file);
+        return failure;
+    }
     keepFromChildren(file);
     return drive;
 }
@@ -141,11 +164,14 @@ bool LibburnDrive::assessAgain()
     return burn::burn_drive_re_assess(handle(), 0) > 0;
 }
 
-// By the sense data in libburn's message: a blank check, and an address that is out of range.
+// By the sense data in libburn's message, which stands in brackets or in words: a blank check, an
+// address that is out of range, a medium that is not formatted.
 bool LibburnDrive::foundNothingWritten() const
 {
     const QString complaint = m_messages.complaint();
-    return complaint.contains(QLatin1String("[8 ")) || complaint.contains(QLatin1String("[5 21 "));
+    return std::ranges::any_of(
+        std::to_array({"[8 ", "Sense Key 8", "[5 21 ", " 30 10]", "ASC 30 ASCQ 10", "[3 31 00]"}),
+        [&complaint](const char *sign) { return complaint.contains(QLatin1String(sign)); });
 }
 
 Result<> LibburnDrive::readBlocks(qint64 first, qint64 count, char *to)

@@ -72,18 +72,30 @@ Result<> DiscVerifier::verifyData(const TrackContent &content)
     return content.passTo(comparer, m_advance);
 }
 
+bool DiscVerifier::readTogether(qint64 first, qint64 count, char *to)
+{
+    constexpr int withoutSingleSteps = 1 << 2; // after which libburn fails in any case
+    off_t got = 0;
+    m_drive.messages().forget();
+    return burn::burn_read_audio(m_drive.handle(), static_cast<int>(first), to, count * sectorSize,
+                                 &got, withoutSingleSteps)
+           > 0;
+}
+
+// One by one where a drive cannot read them together, so that a slip costs nothing.
 Result<QByteArray> DiscVerifier::readSectors(qint64 first, qint64 count)
 {
     QByteArray bytes(count * sectorSize, Qt::Uninitialized);
-    off_t got = 0;
-    m_drive.messages().forget();
-    if (burn::burn_read_audio(m_drive.handle(), static_cast<int>(first), bytes.data(), bytes.size(),
-                              &got, 0)
-        > 0)
+    if (readTogether(first, count, bytes.data()))
         return bytes;
-    return m_drive.failure(QStringLiteral("Sector %1 of the disc (%2) cannot be read")
-                               .arg(first + got / sectorSize)
-                               .arg(DRMSF(first + got / sectorSize).description()));
+    for (qint64 i = 0; i < count; ++i) {
+        char *sector = bytes.data() + i * sectorSize;
+        if (!readTogether(first + i, 1, sector) && !readTogether(first + i, 1, sector))
+            return m_drive.failure(QStringLiteral("Sector %1 of the disc (%2) cannot be read")
+                                       .arg(first + i)
+                                       .arg(DRMSF(first + i).description()));
+    }
+    return bytes;
 }
 
 // By how many bytes what is read lies behind what was asked for. Of several places that would do,

@@ -21,6 +21,7 @@ public:
     [[nodiscard]] Result<> verifyAudio(const DiscFeed &feed);
 
 private:
+    [[nodiscard]] bool readTogether(qint64 first, qint64 count, char *to);
     [[nodiscard]] Result<QByteArray> readSectors(qint64 first, qint64 count);
     [[nodiscard]] Result<qint64> shiftOf(const DiscFeed &feed);
     [[nodiscard]] Result<> compareSectors(const DiscFeed &feed, qint64 first, qint64 count,

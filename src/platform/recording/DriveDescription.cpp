@@ -21,7 +21,7 @@ namespace {
 constexpr qint64 blockSize = 2048;
 
 // The data of a feature of MMC, and whether the drive has it.
-std::optional<QByteArray> feature(const LibburnDrive &drive, unsigned code)
+std::optional<QByteArray> feature(const LibburnDrive &drive, unsigned code, int *version = nullptr)
 {
     unsigned char flags = 0;
     unsigned char length = 0;
@@ -29,12 +29,25 @@ std::optional<QByteArray> feature(const LibburnDrive &drive, unsigned code)
     if (burn::burn_drive_get_feature(drive.handle(), code, &flags, &length, &data, nullptr) <= 0)
         return std::nullopt;
     const std::unique_ptr<unsigned char, decltype(&std::free)> owner(data, &std::free);
+    if (version)
+        *version = flags >> 2 & 0xf;
     return QByteArray(reinterpret_cast<const char *>(data), length);
 }
 
 bool hasBit(const std::optional<QByteArray> &data, qsizetype byte, int bit)
 {
     return data && data->size() > byte && (data->at(byte) & 1 << bit) != 0;
+}
+
+// Feature 0003h, removable medium. Its first version had no bit for loading: a tray then does.
+bool canLoad(const LibburnDrive &drive)
+{
+    constexpr int tray = 1;
+    int version = 0;
+    const std::optional<QByteArray> removable = feature(drive, 0x03, &version);
+    if (!removable || removable->isEmpty() || version != 0)
+        return hasBit(removable, 0, 4);
+    return static_cast<quint8>(removable->front()) >> 5 == tray;
 }
 
 // Feature 0001h, physical interface standard.
@@ -224,7 +237,7 @@ QVariantMap DriveDescription::info(LibburnDrive &drive, const QString &systemPat
     result.insert({{DRDeviceFirmwareRevisionKey, text(info.revision)},
                    {DRDeviceIORegistryEntryPathKey, systemPath},
                    {DRDeviceLoadingMechanismCanEjectKey, hasBit(removable, 0, 3)},
-                   {DRDeviceLoadingMechanismCanInjectKey, hasBit(removable, 0, 5)},
+                   {DRDeviceLoadingMechanismCanInjectKey, canLoad(drive)},
                    {DRDeviceLoadingMechanismCanOpenKey, hasBit(removable, 0, 3)},
                    {DRDeviceProductNameKey, text(info.product)},
                    {DRDeviceProfilePathKey, drive.file().path()},

@@ -80,6 +80,8 @@ Sense Drive::checkReady()
         return {};
     if (m_registers.trayOpen)
         return {2, 0x3a, 2};
+    if (m_medium.isPresent() && m_controls.fault("unreadable"))
+        return {2, 0x30, 0};
     return m_medium.isPresent() ? Sense() : noMedium;
 }
 

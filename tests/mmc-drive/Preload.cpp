@@ -144,6 +144,13 @@ int control(Controls &controls, unsigned long request, void *argument)
                : controls.secondsOf("not-ready")         ? CDS_DRIVE_NOT_READY
                : controls.registers().medium.isPresent() ? CDS_DISC_OK
                                                          : CDS_NO_DISC;
+    case CDROM_LOCKDOOR:
+        controls.registers().locked = argument != nullptr;
+        return 0;
+    case CDROMEJECT:
+        controls.registers().trayOpen = true;
+        controls.announce();
+        return 0;
     default:
         errno = ENOTTY;
         return -1;

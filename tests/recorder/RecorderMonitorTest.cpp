@@ -31,6 +31,8 @@ private Q_SLOTS:
     void notToBeAsked_data();
     void notToBeAsked();
     void ejectsWhatIsSpunUp();
+    void givesUpWhatCannotBeRead();
+    void saysNothingAtFirst();
     void comesAndGoes();
 
 private:
@@ -51,6 +53,7 @@ void RecorderMonitorTest::describesDriveAndMedium()
         {DRDevicePhysicalInterconnectLocationKey,
          QString(DRDevicePhysicalInterconnectLocationInternal)},
         {DRDeviceLoadingMechanismCanEjectKey, true},
+        {DRDeviceLoadingMechanismCanInjectKey, true},
         {DRDeviceWriteBufferSizeKey, 2048},
         {DRDeviceSupportLevelKey, QString(DRDeviceSupportLevelSupported)}};
     for (auto it = expected.cbegin(); it != expected.cend(); ++it)
@@ -172,6 +175,32 @@ void RecorderMonitorTest::ejectsWhatIsSpunUp()
     m_drive->emulated().setFaults(QStringLiteral("not-ready 2"));
     QVERIFY(m_drive->device().ejectMedia());
     QTRY_VERIFY_WITH_TIMEOUT(m_drive->device().trayIsOpen(), 20000);
+}
+
+void RecorderMonitorTest::givesUpWhatCannotBeRead()
+{
+    m_drive.reset();
+    m_drive = std::make_unique<RealDrive>(QStringLiteral("unreadable"));
+    const DRDevice device = m_drive->device();
+    QVERIFY(!m_drive->burn(m_drive->imageOf(500 * blockSize)));
+    QTRY_VERIFY_WITH_TIMEOUT(!m_drive->recorder().isToBeAskedAgain(), 60'000);
+    QVERIFY(device.mediaIsPresent() && !device.mediaIsBusy());
+    QVERIFY(device.ejectMedia());
+    QTRY_VERIFY_WITH_TIMEOUT(device.trayIsOpen() && !device.mediaIsPresent(), 20'000);
+    m_drive->emulated().setFaults({});
+    m_drive->insert(DRDeviceMediaTypeCDRW, 20'000);
+    QVERIFY(m_drive->burn(m_drive->imageOf(500 * blockSize)));
+}
+
+// libburn keeps a drive in its list that has not even said what it is.
+void RecorderMonitorTest::saysNothingAtFirst()
+{
+    m_drive.reset();
+    m_drive = std::make_unique<RealDrive>(QStringLiteral("refuse 0x12"));
+    QVERIFY(!m_drive->burn(m_drive->imageOf(500 * blockSize)));
+    m_drive->emulated().setFaults({});
+    const Result<> burned = m_drive->burn(m_drive->imageOf(500 * blockSize));
+    QVERIFY2(burned, qPrintable(burned.error()));
 }
 
 void RecorderMonitorTest::comesAndGoes()

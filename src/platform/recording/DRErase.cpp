@@ -1,6 +1,7 @@
 #include "DRErase.h"
 
 #include "DRKeys.h"
+#include "JobThread.h"
 
 struct DRErase::Data : DRJob
 {
@@ -28,12 +29,20 @@ void DRErase::setEraseType(EraseType type)
 
 void DRErase::start()
 {
-    DRJob::start(m_data, QVariant::fromValue(*this), DREraseStatusChangedNotification,
-                 // Behind a burn it would take the disc that was just made.
-                 m_data->isRecorderBusy() ? QStringLiteral("The recorder is busy.") : QString(),
-                 [type = m_data->type](Recorder &recorder, JobReport &report) {
-                     return recorder.erase(type, report);
-                 });
+    const Recorder *const asked = m_data->device().recorder().get();
+    // It may wait long for a job on another recorder, and somebody may change the medium meanwhile.
+    const bool waits = asked && m_data->device().recorder()->jobs().hasJobsBeside(asked);
+    const int changes = asked ? asked->mediumChanges() : 0;
+    DRJob::start(
+        m_data, QVariant::fromValue(*this), DREraseStatusChangedNotification,
+        // Behind a burn it would take the disc that was just made.
+        m_data->isRecorderBusy() ? QStringLiteral("The recorder is busy.") : QString(),
+        [type = m_data->type, waits, changes](Recorder &recorder, JobReport &report) -> Result<> {
+            if (waits && recorder.mediumChanges() != changes)
+                return Failure{QStringLiteral("The medium was changed while this waited "
+                                              "for another recorder.")};
+            return recorder.erase(type, report);
+        });
 }
 
 void DRErase::abort()

@@ -40,7 +40,8 @@ private:
 };
 
 // The kernel takes a drive that still erases or formats by itself for ready. TEST UNIT READY of
-// SPC-3 says "not ready" (2), "logical unit not ready" (04h) with all that it waits for.
+// SPC-3 says "not ready" (2), "logical unit not ready" (04h) with all that it waits for; 02h and
+// 03h wait for a command and for a person, and would do so without end.
 bool isBecomingReady(int descriptor)
 {
     std::array<unsigned char, 6> command{};
@@ -55,8 +56,10 @@ bool isBecomingReady(int descriptor)
     request.timeout = 5000; // ms
     constexpr int key = 2;
     constexpr int code = 12;
-    return ::ioctl(descriptor, SG_IO, &request) == 0 && request.sb_len_wr > code
-           && (sense.at(key) & 0xf) == 2 && sense.at(code) == 4;
+    constexpr int qualifier = 13;
+    return ::ioctl(descriptor, SG_IO, &request) == 0 && request.sb_len_wr > qualifier
+           && (sense.at(key) & 0xf) == 2 && sense.at(code) == 4 && sense.at(qualifier) != 2
+           && sense.at(qualifier) != 3;
 }
 
 }
@@ -115,6 +118,13 @@ DeviceFile::Tray DeviceFile::tray() const
     default:
         return Tray::Unknown;
     }
+}
+
+bool DeviceFile::eject() const
+{
+    const OpenFile file(m_path, O_RDONLY);
+    return file.isOpen() && ::ioctl(file.descriptor(), CDROM_LOCKDOOR, 0) == 0
+           && ::ioctl(file.descriptor(), CDROMEJECT) == 0;
 }
 
 // libburn repeats each command for minutes while the drive is not ready.

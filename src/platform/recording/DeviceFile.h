@@ -27,6 +27,9 @@ public:
     enum class Tray { Unknown, Open, Empty, SpinningUp, Closed };
     [[nodiscard]] Tray tray() const;
 
+    // Lets the medium out without asking what it is. False where the drive refuses.
+    [[nodiscard]] bool eject() const;
+
     // Waits for a medium that is being spun up, but not for ever. Fails when stopped, too.
     [[nodiscard]] Result<> waitUntilReady(const std::stop_token &stop) const;
 

@@ -14,8 +14,9 @@
 namespace {
 
 constexpr std::chrono::milliseconds lookEvery(50);
-constexpr qint64 lossPatience = 5000; // ms; a short hiccup of the bus is none
-constexpr qsizetype mostInVain = 5;   // seconds
+constexpr qint64 lossPatience = 5000;               // ms; a short hiccup of the bus is none
+constexpr qsizetype mostInVain = 5;                 // seconds
+constexpr qint64 longest = 4 * 3600 * qint64(1000); // ms; twice what the slowest medium takes
 constexpr int wholeProgress = 0x10000;
 constexpr qint64 blockSize = 2048;
 constexpr qint64 alignment = 16;      // blocks that DVD and BD write together
@@ -59,6 +60,8 @@ Result<> LibburnErase::follow()
 {
     int reported = 0;
     QElapsedTimer lost;
+    QElapsedTimer whole;
+    whole.start();
     burn::burn_progress progress = {};
     while (burn::burn_drive_get_status(m_drive.handle(), &progress) != burn::BURN_DRIVE_IDLE) {
         const int done = std::clamp(progress.sector, reported, wholeProgress);
@@ -68,7 +71,7 @@ Result<> LibburnErase::follow()
             lost.invalidate();
         else if (!lost.isValid())
             lost.start();
-        if ((lost.isValid() && lost.hasExpired(lossPatience))
+        if ((lost.isValid() && lost.hasExpired(lossPatience)) || whole.hasExpired(longest)
             || m_drive.messages().count(LibburnDrive::askedInVain) >= mostInVain) {
             m_drive.abandon(); // libburn asks for its progress without end
             return m_drive.failure(QStringLiteral("The drive does not go on"));

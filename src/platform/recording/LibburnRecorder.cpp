@@ -122,6 +122,9 @@ bool LibburnRecorder::setTold(const UdevDescription &told)
 {
     const std::lock_guard guard(m_mutex);
     m_told = told;
+    m_isToldLatest = true;
+    m_failedOpenings = 0;
+    ++m_mediumChanges;
     const auto essence = [](const std::optional<MediumDescription> &medium) {
         return medium ? std::pair(medium->type, medium->blank) : std::pair(QString(), false);
     };
@@ -131,6 +134,8 @@ bool LibburnRecorder::setTold(const UdevDescription &told)
 void LibburnRecorder::takeForTold()
 {
     const std::lock_guard guard(m_mutex);
+    if (!m_isToldLatest)
+        return;
     m_known.medium = m_told.medium;
     m_known.tray = DeviceFile::Tray::Unknown;
 }
@@ -164,6 +169,8 @@ void LibburnRecorder::learn(LibburnDrive &drive, DeviceFile::Tray tray)
                 DriveDescription::maximumSpeed(drive)};
     m_toBeAskedAgain = false;
     const std::lock_guard guard(m_mutex);
+    m_isToldLatest = false;
+    m_failedOpenings = 0;
     m_known = std::move(known);
 }
 
@@ -183,6 +190,18 @@ void LibburnRecorder::fallBack(const Failure &reason)
     m_known.isKeptFromUs = true;
 }
 
+// Of a drive that answers the system, but not libburn: mostly of one that cannot read its medium.
+// Starting it up again and again would help nobody.
+void LibburnRecorder::giveUp(const Failure &reason)
+{
+    constexpr int mostOpenings = 3;
+    qCWarning(recordingLog) << m_file.path() << "cannot be asked:" << reason.text;
+    takeForTold();
+    const std::lock_guard guard(m_mutex);
+    m_known.isKeptFromUs = false;
+    m_toBeAskedAgain = ++m_failedOpenings < mostOpenings;
+}
+
 // Not even its tray is looked at while another program uses it: that might be burning.
 void LibburnRecorder::refresh()
 {
@@ -196,7 +215,7 @@ void LibburnRecorder::refresh()
     }
     const Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);
     if (!drive)
-        return fallBack(drive.failure());
+        return giveUp(drive.failure());
     learn(*drive.value(), tray);
     if (tray == DeviceFile::Tray::Open || tray == DeviceFile::Tray::Empty)
         forgetMedium(tray);
@@ -303,15 +322,17 @@ Result<> LibburnRecorder::eject()
 Result<> LibburnRecorder::ejectNow(const std::stop_token &stop)
 {
     const Hold hold(*this);
-    Result<> ready = LibburnDrive::checkUsable(m_file);
-    if (ready)
-        ready = m_file.waitUntilReady(stop);
-    if (!ready)
-        return ready;
-    Result<std::shared_ptr<LibburnDrive>> drive = LibburnDrive::open(m_file);
-    if (!drive)
+    if (Result<> usable = LibburnDrive::checkUsable(m_file); !usable)
+        return usable;
+    // A medium that cannot be read comes out all the same.
+    Result<> ready = m_file.waitUntilReady(stop);
+    Result<std::shared_ptr<LibburnDrive>> drive =
+        ready ? LibburnDrive::open(m_file) : Result<std::shared_ptr<LibburnDrive>>(ready.failure());
+    if (drive)
+        drive.value()->ejectOnRelease();
+    else if (!m_file.eject())
         return drive.failure();
-    drive.value()->ejectOnRelease();
+    ++m_mediumChanges;
     drive = Failure{}; // lets go of it
     const DeviceFile::Tray tray = m_file.tray();
     forgetMedium(tray);

@@ -28,7 +28,8 @@ public:
     // is known. Any thread.
     bool setTold(const UdevDescription &told);
 
-    // Goes by what the system says of the medium until the drive is asked. Any thread.
+    // Goes by what the system says of the medium, where that is newer than what the drive has said,
+    // until the drive is asked. Any thread.
     void takeForTold();
 
     // There is another recorder of this name. Any thread.
@@ -51,6 +52,7 @@ public:
     [[nodiscard]] QString displayName() const override;
     [[nodiscard]] QVariantMap info() const override;
     [[nodiscard]] QVariantMap status() const override;
+    [[nodiscard]] int mediumChanges() const override { return m_mediumChanges; }
     [[nodiscard]] Result<> burn(const BurnRequest &request, JobReport &report) override;
     [[nodiscard]] Result<> erase(EraseType type, JobReport &report) override;
 
@@ -80,6 +82,7 @@ private:
     void learn(LibburnDrive &drive, DeviceFile::Tray tray);
     void forgetMedium(DeviceFile::Tray tray);
     void fallBack(const Failure &reason);
+    void giveUp(const Failure &reason);
     [[nodiscard]] Result<> probe(); // any thread
     [[nodiscard]] Result<> ejectNow(const std::stop_token &stop);
     [[nodiscard]] Result<> burnOn(LibburnDrive &drive, const BurnRequest &request,
@@ -91,11 +94,14 @@ private:
     RecorderLock m_lock; // against other programs of ours
     mutable std::mutex m_mutex;
     UdevDescription m_told;
+    bool m_isToldLatest = true; // it is newer than what was learned from the drive
     Known m_known;
-    std::mutex m_probeMutex; // guards m_holdsDrive and the probing of the device file
+    int m_failedOpenings = 0; // since the system last said something
+    std::mutex m_probeMutex;  // guards m_holdsDrive and the probing of the device file
     bool m_holdsDrive = false;
     std::atomic<bool> m_oneOfSeveral = false;
     std::atomic<bool> m_jobRuns = false;
     std::atomic<bool> m_toBeAskedAgain = false;
+    std::atomic<int> m_mediumChanges = 0;
     std::atomic<double> m_currentSpeed = 0; // KB per second
 };

@@ -324,9 +324,7 @@ void ViewController::deviceAppeared(const DRNotification &notification)
 {
     DRNotificationCenter::currentRunLoop().removeObserver(this, DRDeviceStatusChangedNotification,
                                                           notification.object);
-    const auto device = notification.object.value<DRDevice>();
-    if (!m_devices.contains(device))
-        m_devices.append(device);
+    m_devices = DRDevice::devices(); // with the new one, in the order of the pop-ups
     reloadList();
 }
 

@@ -1,12 +1,15 @@
 // Drives that come and go, that may not be used, and that are not ready: what is told of them, and
 // what a job says that cannot begin.
+#include "DRErase.h"
 #include "DRKeys.h"
+#include "DescribedRecorder.h"
 #include "RealDrive.h"
 #include "TestMain.h"
 
 #include <QProcess>
 
 #include <csignal>
+#include <future>
 
 namespace {
 
@@ -33,6 +36,7 @@ private Q_SLOTS:
     void ejectsWhatIsSpunUp();
     void givesUpWhatCannotBeRead();
     void saysNothingAtFirst();
+    void eraseThatWaitedIsForItsMedium();
     void comesAndGoes();
 
 private:
@@ -201,6 +205,25 @@ void RecorderMonitorTest::saysNothingAtFirst()
     m_drive->emulated().setFaults({});
     const Result<> burned = m_drive->burn(m_drive->imageOf(500 * blockSize));
     QVERIFY2(burned, qPrintable(burned.error()));
+}
+
+// The job of another drive comes first, and somebody changes the medium meanwhile.
+void RecorderMonitorTest::eraseThatWaitedIsForItsMedium()
+{
+    const DescribedRecorder other({}, {});
+    std::promise<void> ended;
+    m_drive->recorder().jobs().post(
+        [&ended](const std::stop_token &) { ended.get_future().wait(); }, &other);
+    DRErase erase = DRErase::initWithDevice(m_drive->device());
+    erase.start();
+    const int changes = m_drive->recorder().mediumChanges();
+    m_drive->emulated().insert(QStringLiteral("cd-rw"));
+    const bool isHeard =
+        QTest::qWaitFor([&] { return m_drive->recorder().mediumChanges() > changes; }, 20'000);
+    ended.set_value();
+    QVERIFY(isHeard);
+    QTRY_COMPARE(erase.errorText(),
+                 QStringLiteral("The medium was changed while this waited for another recorder."));
 }
 
 void RecorderMonitorTest::comesAndGoes()

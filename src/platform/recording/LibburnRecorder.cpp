@@ -330,7 +330,7 @@ Result<> LibburnRecorder::ejectNow(const std::stop_token &stop)
         ready ? LibburnDrive::open(m_file) : Result<std::shared_ptr<LibburnDrive>>(ready.failure());
     if (drive)
         drive.value()->ejectOnRelease();
-    else if (!m_file.eject())
+    else if (stop.stop_requested() || !m_file.eject())
         return drive.failure();
     ++m_mediumChanges;
     drive = Failure{}; // lets go of it

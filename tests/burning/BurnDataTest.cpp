@@ -336,8 +336,10 @@ void BurnDataTest::lateEndLeavesTheNewerBurnAlone()
     QVERIFY(Session::isWorking());
     QVERIFY(page.drive.device().mediaIsReserved());
     QVERIFY(page.progressTitle() != u"Failed"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(page.progressTitle(), u"Write"_s, DataPage::patience);
     page.stopBurn(alerts);
     page.waitForEnd();
+    QVERIFY(!page.drive.device().mediaIsBlank());
 }
 
 void BurnDataTest::refusedQuestionsChangeNothing()

@@ -13,6 +13,8 @@
 
 #include <unistd.h>
 
+namespace {
+
 constexpr int slow = 30000; // ms that the web engine may take on a busy machine
 
 // Listens to the view of a pane from the moment that it is first shown: a warm engine ends a
@@ -38,6 +40,8 @@ public:
 private:
     std::unique_ptr<QSignalSpy> m_finished;
 };
+
+}
 
 class WebPaneTest : public QObject
 {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <mutex>
 #include <set>
 #include <sys/types.h>
@@ -13,6 +14,7 @@ namespace {
 std::mutex mutex;
 std::deque<QList<LibburnMessages::Message> *> listeners;
 std::set<int> mutedCodes;
+std::atomic<bool> isLost = false; // it did not begin anew
 
 // From here on a message is a complaint: "SORRY" of libburn's severities.
 constexpr int sorry = 0x60000000;
@@ -41,7 +43,7 @@ bool initialize()
 bool LibburnMessages::isReady()
 {
     static const bool ready = initialize();
-    return ready;
+    return ready && !isLost;
 }
 
 QMutex &LibburnMessages::besideDrives()
@@ -56,8 +58,7 @@ void LibburnMessages::restart()
     const std::lock_guard lock(mutex);
     drain();
     burn::burn_finish();
-    if (!initialize())
-        qFatal("libburn does not begin again");
+    isLost = !initialize();
 }
 
 void LibburnMessages::setMuted(int code, bool muted)

@@ -16,7 +16,7 @@ namespace {
 constexpr std::chrono::milliseconds lookEvery(50);
 constexpr qint64 lossPatience = 5000;               // ms; a short hiccup of the bus is none
 constexpr qsizetype mostInVain = 5;                 // seconds
-constexpr qint64 longest = 4 * 3600 * qint64(1000); // ms; twice what the slowest medium takes
+constexpr qint64 longest = 4 * 3600 * qint64(1000); // ms; far more than a medium takes
 constexpr int wholeProgress = 0x10000;
 constexpr qint64 blockSize = 2048;
 constexpr qint64 alignment = 16;      // blocks that DVD and BD write together
